@@ -1,0 +1,65 @@
+# Helpers that every folder of the tree uses, so that a target is declared in one way only.
+
+# orbilens_library(<name> SOURCES <files...> [PUBLIC <libraries...>] [PRIVATE <libraries...>])
+# One static library for one folder of src/; headers are included from src/ downwards.
+function(orbilens_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+  orbilens_warnings(${name})
+endfunction()
+
+function(orbilens_warnings name)
+  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wno-unknown-pragmas)
+  # Qt 5.15 deprecates what is still the only way to do some things on it.
+  target_compile_definitions(${name} PRIVATE QT_NO_DEPRECATED_WARNINGS QT_NO_FOREACH)
+endfunction()
+
+# orbilens_test(<name> SOURCES <files...> LIBRARIES <libraries...> LABELS <labels...>
+#               [GUI] [TIMEOUT <seconds>])
+# One test program. GUI gives it the QApplication main of tests/support, otherwise the core one.
+# Programs labelled gl or media run a second time under the threaded render loop, because the
+# basic loop draws on the GUI thread and so hides faults between threads.
+function(orbilens_test name)
+  cmake_parse_arguments(ARG "GUI;OWN_MAIN" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 300)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  set(main_library orbilens_test_main_core)
+  if(ARG_GUI)
+    set(main_library orbilens_test_main_gui)
+  endif()
+  if(ARG_OWN_MAIN)
+    set(main_library orbilens_test_support)
+  endif()
+  target_link_libraries(${name} PRIVATE ${main_library} ${ARG_LIBRARIES} GTest::gmock GTest::gtest)
+  target_compile_definitions(${name} PRIVATE
+    ORBILENS_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+    ORBILENS_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  orbilens_warnings(${name})
+
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QSG_RENDER_LOOP=basic")
+  if("gl" IN_LIST ARG_LABELS OR "media" IN_LIST ARG_LABELS)
+    add_test(NAME ${name}_threaded COMMAND ${name})
+    set_tests_properties(${name}_threaded PROPERTIES
+      LABELS "${ARG_LABELS};threaded" TIMEOUT ${ARG_TIMEOUT}
+      ENVIRONMENT "QSG_RENDER_LOOP=threaded")
+  endif()
+endfunction()
+
+# orbilens_fuzz(<name> SOURCES <files...> LIBRARIES <libraries...>)
+# A libFuzzer target; its seeds and the inputs of past crashes lie in fuzz/corpus/<name>.
+function(orbilens_fuzz name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
+  target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  orbilens_warnings(${name})
+  set_property(GLOBAL APPEND PROPERTY ORBILENS_FUZZ_TARGETS ${name})
+endfunction()

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Runs every fuzz target for SECONDS each: scripts/fuzz.sh SECONDS [target…]
+# New findings are left in build/fuzz-findings/; each becomes a file of fuzz/corpus and a test row.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds=${1:?usage: scripts/fuzz.sh SECONDS [target...]}
+shift
+
+if [ ! -f build/asan/fuzz/targets.txt ]; then
+  cmake --preset asan >/dev/null
+fi
+cmake --build build/asan -- >/dev/null
+
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || mapfile -t targets < <(grep . build/asan/fuzz/targets.txt || true)
+
+findings=build/fuzz-findings
+for target in "${targets[@]}"; do
+  mkdir -p "build/fuzz-corpus/$target" "$findings/$target" "fuzz/corpus/$target"
+  echo "fuzzing $target for ${seconds} s"
+  # Every committed seed runs first; what is new grows in the build folder.
+  "build/asan/fuzz/$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
+    -artifact_prefix="$findings/$target/" -print_final_stats=0 -verbosity=0 \
+    "build/fuzz-corpus/$target" "fuzz/corpus/$target"
+done

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Installs what building, running and testing need from Debian's packages; does nothing when all
+# of it is there. Usage: scripts/install-dependencies.sh [run|test]   (default: test, the whole)
+set -euo pipefail
+
+build_packages=(
+  cmake ninja-build g++ ccache pkg-config
+  qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtmultimedia5-dev libqt5svg5-dev
+  libgl-dev libtbb-dev
+)
+run_packages=(
+  libqt5sql5-sqlite libgl1-mesa-dri fonts-dejavu-core
+  qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls
+  qml-module-qtquick-dialogs qml-module-qtquick-privatewidgets qml-module-qtquick-layouts
+  qml-module-qtgraphicaleffects qml-module-qtmultimedia
+  qml-module-qt-labs-folderlistmodel qml-module-qt-labs-settings
+  xvfb xauth imagemagick x11-utils
+)
+test_packages=(
+  clang libclang-rt-14-dev clang-format clang-tidy
+  qtdeclarative5-dev-tools qml-module-qttest libqt5quicktest5
+  libgtest-dev libgmock-dev libbenchmark-dev
+  xdotool openbox python3
+)
+
+packages=("${build_packages[@]}" "${run_packages[@]}")
+[ "${1:-test}" = run ] || packages+=("${test_packages[@]}")
+
+missing=()
+for package in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" = 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+  apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
