@@ -1,0 +1,112 @@
+#pragma once
+
+// The owner of every peer object of the player: makes them in a fixed order, publishes them to the
+// scene, and deletes them in a fixed order. It decides nothing else. Lives in main on the GUI
+// thread; checkOpenGLVersion alone runs on the scene graph's render thread.
+//
+// This header is a hub of forward declarations and getters, so that including it costs nothing.
+
+#include <QApplication>
+#include <QMap>
+#include <QNetworkAccessManager>
+#include <QSize>
+#include <QVariant>
+
+#include <memory>
+
+class HeadsetView;
+class KDisplay;
+class KGlobalObject;
+class KQQuickView;
+class KSettings;
+class KShaderCodeBuilder;
+class KTextureProvider;
+class QOpenGLContext;
+
+class Application : public QApplication
+{
+    Q_OBJECT
+
+public:
+    /// Exit status of the event loop that asks main to start the program again.
+    static constexpr int kRestartStatus = 123456789;
+
+    /// Makes the QApplication and the settings; everything else waits for init(). File arguments
+    /// are made absolute against the current directory here, before main leaves it.
+    Application(const QString &name, int &argc, char **argv);
+    ~Application() override;
+
+    /// Makes all peers, loads the scene and shows the window.
+    void init();
+
+    KSettings *settings() const { return m_settings.get(); }
+    KQQuickView *view() const { return m_view.get(); }
+    KGlobalObject *globalObject() const { return m_globalObject.get(); }
+    KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
+    KDisplay *display() const { return m_display.get(); }
+    KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
+    QNetworkAccessManager *networkManager() { return &m_networkManager; }
+
+    /// What the view draws from a headset; null while there is none.
+    HeadsetView *headsetView() const { return m_headsetView; }
+    void setHeadsetView(HeadsetView *view) { m_headsetView = view; }
+
+    /// The scene graph's own context and a second one in its share group, for other threads. Both
+    /// are null until openGLReady().
+    QOpenGLContext *glContext() const { return m_glContext; }
+    QOpenGLContext *sharedGlContext() const { return m_sharedGlContext.get(); }
+
+    /// The parsed command line: "udp" (text), "adobeplugin", "customvlc", "touchtable" (bool) and
+    /// "files" (list of texts). An option that was not given yields an invalid variant.
+    QVariant option(const QString &name) const { return m_options.value(name); }
+
+    /// The arguments of a restart: this run's, with files absolute, without the program's name.
+    QStringList restartArguments() const { return m_arguments; }
+
+    /// Frames come from another program's shared memory instead of a player.
+    bool sharedMemory() const { return m_sharedMemory; }
+
+    /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
+    QSize maxTextureSize() const;
+
+    // For tests, which hand an Application without init() just the peers they need.
+    void setGlobalObject(std::unique_ptr<KGlobalObject> globalObject);
+    void setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder);
+    void setTextureProvider(std::unique_ptr<KTextureProvider> provider);
+    void setOption(const QString &name, const QVariant &value) { m_options.insert(name, value); }
+
+public slots:
+    void displayOpenGLErrorMessage();
+    /// Runs on the render thread with the scene graph's context current.
+    void checkOpenGLVersion();
+    /// Records which OpenGL flavour main chose before this object existed.
+    void initRenderer();
+    /// The end of the window is the end of the program, by way of KGlobalObject::quit().
+    void closeWindow();
+
+signals:
+    void openGLReady();
+
+private slots:
+    void playArgsMedia();
+
+private:
+    void parseArguments();
+    void registerQmlTypes();
+    void publishContextProperties();
+    void showWindow();
+
+    std::unique_ptr<KSettings> m_settings;
+    std::unique_ptr<KQQuickView> m_view;
+    std::unique_ptr<KGlobalObject> m_globalObject;
+    std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
+    std::unique_ptr<KDisplay> m_display;
+    std::unique_ptr<KTextureProvider> m_textureProvider;
+    HeadsetView *m_headsetView = nullptr;
+    QOpenGLContext *m_glContext = nullptr;
+    std::unique_ptr<QOpenGLContext> m_sharedGlContext;
+    QMap<QString, QVariant> m_options;
+    QStringList m_arguments;
+    bool m_sharedMemory = false;
+    QNetworkAccessManager m_networkManager;
+};
