@@ -81,6 +81,7 @@ public:
 
     /// Rotation that a medium's own metadata puts before the camera's.
     void setOffsetMatrix(const QMatrix4x4 &matrix);
+    QMatrix4x4 offsetMatrix() const { return m_offsetMatrix; }
 
     // A value that is no number is ignored by all setters.
     void setYaw(float yaw, bool updateMatrix = true);
