@@ -1,0 +1,8 @@
+#include "resources/SceneResources.h"
+
+#include <QDir>
+
+void initSceneResources()
+{
+    Q_INIT_RESOURCE(scene);
+}
