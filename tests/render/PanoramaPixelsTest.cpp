@@ -66,35 +66,12 @@ protected:
         QDir().mkpath(folder);
         image.save(folder + QLatin1Char('/') + QString::fromStdString(what) +
                    QLatin1String(".png"));
-        const test::PanoramaReference reference(key, uniforms);
-        const QSizeF pixel(1.0 / view.width(), 1.0 / view.height());
-        int onEdges = 0;
-        int wrong = 0;
-        std::string first;
-        for (int row = 0; row < view.height(); ++row) {
-            for (int column = 0; column < view.width(); ++column) {
-                const double x = (column + 0.5) * pixel.width();
-                const double y = 1 - (row + 0.5) * pixel.height();
-                if (reference.onEdge(x, y, pixel)) {
-                    ++onEdges;
-                    continue;
-                }
-                const auto at = reference.pictureAt(x, y);
-                const QRgb seen = image.pixel(column, row);
-                bool right = qAlpha(seen) == (at ? 255 : 0);
-                if (at && right) {
-                    const test::Color expected =
-                        test::sampleLinear(m_pattern, reference.inTexture(*at));
-                    right = std::abs(qRed(seen) - expected[0]) <= kTolerance &&
-                            std::abs(qGreen(seen) - expected[1]) <= kTolerance &&
-                            std::abs(qBlue(seen) - expected[2]) <= kTolerance;
-                }
-                if (!right && wrong++ == 0)
-                    first = std::to_string(column) + "," + std::to_string(row);
-            }
-        }
-        EXPECT_EQ(wrong, 0) << what << ", first at " << first;
-        EXPECT_LE(onEdges, kMostOnEdges * view.width() * view.height()) << what;
+        const test::PixelComparison result =
+            comparePixels(image, test::PanoramaReference(key, uniforms), m_pattern, kTolerance,
+                          qRgba(0, 0, 0, 0));
+        EXPECT_EQ(result.wrong, 0)
+            << what << ", first at " << result.firstWrong.x() << "," << result.firstWrong.y();
+        EXPECT_LE(result.onEdges, kMostOnEdges * result.pixels) << what;
     }
 
     test::GlStage m_stage;

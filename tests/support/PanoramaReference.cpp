@@ -215,6 +215,36 @@ bool PanoramaReference::onEdge(double x, double y, const QSizeF &pixelSize) cons
     return false;
 }
 
+PixelComparison comparePixels(const QImage &image, const PanoramaReference &reference,
+                              const QImage &picture, double tolerance, QRgb background)
+{
+    const QSizeF pixel(1.0 / image.width(), 1.0 / image.height());
+    PixelComparison result;
+    for (int row = 0; row < image.height(); ++row) {
+        for (int column = 0; column < image.width(); ++column) {
+            ++result.pixels;
+            const double x = (column + 0.5) * pixel.width();
+            const double y = 1 - (row + 0.5) * pixel.height();
+            if (reference.onEdge(x, y, pixel)) {
+                ++result.onEdges;
+                continue;
+            }
+            const QRgb seen = image.pixel(column, row);
+            const auto at = reference.pictureAt(x, y);
+            const Color expected = at ? sampleLinear(picture, reference.inTexture(*at))
+                                      : Color{double(qRed(background)), double(qGreen(background)),
+                                              double(qBlue(background))};
+            const bool right = qAlpha(seen) == (at ? 255 : qAlpha(background)) &&
+                               std::abs(qRed(seen) - expected[0]) <= tolerance &&
+                               std::abs(qGreen(seen) - expected[1]) <= tolerance &&
+                               std::abs(qBlue(seen) - expected[2]) <= tolerance;
+            if (!right && result.wrong++ == 0)
+                result.firstWrong = QPoint(column, row);
+        }
+    }
+    return result;
+}
+
 Color sampleLinear(const QImage &image, QPointF at)
 {
     const double x = at.x() * image.width() - 0.5, y = at.y() * image.height() - 0.5;

@@ -46,6 +46,20 @@ private:
     PanoramaUniforms m_uniforms;
 };
 
+/// What a comparison of rendered pixels with the reference found.
+struct PixelComparison
+{
+    int pixels = 0;
+    int onEdges = 0; ///< excluded by PanoramaReference::onEdge()
+    int wrong = 0;
+    QPoint firstWrong;
+};
+
+/// Compares @p image, one eye's view, with what @p reference samples from @p picture. A channel
+/// may be @p tolerance levels off; @p background is what stays where nothing is drawn.
+PixelComparison comparePixels(const QImage &image, const PanoramaReference &reference,
+                              const QImage &picture, double tolerance, QRgb background);
+
 /// Linear filtering between texel centres, clamped to the edge, first row at 0.
 Color sampleLinear(const QImage &image, QPointF at);
 
