@@ -298,20 +298,25 @@ void OrbilensView::drawEye(int eye, QOpenGLFunctions *functions, const QSize &si
 bool OrbilensView::drawBlurred(QOpenGLFunctions *functions, const QRect &viewport)
 {
     const QSize size = viewport.size();
+    // Before a framebuffer is made: its constructor binds what Qt believes was bound.
+    const GLuint target = boundFramebuffer(functions);
     if (!m_blurSource || m_blurSource->size() != size)
         m_blurSource = std::make_unique<QOpenGLFramebufferObject>(
             size, QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D);
-    if (!m_blurSource->isValid())
+    if (!m_blurSource->isValid()) {
+        functions->glBindFramebuffer(GL_FRAMEBUFFER, target);
         return false;
+    }
 
-    const GLuint target = boundFramebuffer(functions);
     m_blurSource->bind();
     functions->glViewport(0, 0, size.width(), size.height());
     clearTarget(functions);
     m_mainProgram.draw(functions, m_uniforms, m_texture);
-    // Not release(): that binds the context's default and not the item's framebuffer.
+    // No release(): that binds the context's default and not the item's framebuffer.
+    if (m_blur->draw(functions, m_blurSource->texture(), size, target, viewport))
+        return true;
     functions->glBindFramebuffer(GL_FRAMEBUFFER, target);
-    return m_blur->draw(functions, m_blurSource->texture(), size, target, viewport);
+    return false;
 }
 
 void OrbilensView::drawInterface(QOpenGLFunctions *functions, const HeadsetView &headset)
