@@ -89,6 +89,19 @@ TEST_F(Scene, AStillReachesTheViewWithItsSize)
     QTRY_VERIFY_WITH_TIMEOUT(view->fps() > 0, 5000);
 }
 
+TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
+{
+    open(kSample);
+    const int limit = view->maxTextureSize().width();
+    QImage wide(limit + 2000, 40, QImage::Format_RGB32);
+    wide.fill(Qt::green);
+    QTemporaryDir folder;
+    ASSERT_TRUE(wide.save(folder.filePath("wide.png")));
+    camera->openFile(folder.filePath("wide.png"));
+    QTRY_COMPARE_WITH_TIMEOUT(textures->textureSize().width(), limit, 20000);
+    EXPECT_GT(textures->textureId(), 0);
+}
+
 TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
 {
     const struct
