@@ -86,6 +86,16 @@ TEST_F(View, FollowsTheViewStateAndTheBuilder)
                    state->rotationMatrix());
 }
 
+TEST_F(View, TakesTheLimitsOfEachMedium)
+{
+    showPattern();
+    const float whole = state->yawMax();
+    for (const float yawMax : {0.3F, whole, 0.5F}) {
+        state->setYawMax(yawMax);
+        expectPanorama(grab(), pattern, EyeLayout::Single, 0, state->rotationMatrix());
+    }
+}
+
 TEST_F(View, LaysBothEyesSideBySide)
 {
     const struct

@@ -49,9 +49,15 @@ protected:
     QImage draw(const ShaderKey &key, const PanoramaUniforms &uniforms, const QImage &picture,
                 const QSize &view)
     {
+        return draw(shader::fragmentText(key), uniforms, picture, view);
+    }
+
+    QImage draw(const QString &fragmentText, const PanoramaUniforms &uniforms,
+                const QImage &picture, const QSize &view)
+    {
         const GLuint texture = m_stage.texture(picture);
         PanoramaProgram program;
-        EXPECT_TRUE(program.build(shader::vertexText(), shader::fragmentText(key)));
+        EXPECT_TRUE(program.build(shader::vertexText(), fragmentText));
         m_stage.begin(view);
         program.draw(m_stage.functions(), uniforms, texture);
         return m_stage.end();
@@ -299,6 +305,35 @@ TEST_F(PanoramaPixels, ColoursFollowControlsAndEffects)
     }
 }
 
+int largestDifference(const QImage &a, const QImage &b)
+{
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.bytesPerLine(); ++x)
+            largest = std::max(largest, std::abs(a.constScanLine(y)[x] - b.constScanLine(y)[x]));
+    return largest;
+}
+
+TEST_F(PanoramaPixels, FixedUniformsChangeNoPicture)
+{
+    const QSize view(64, 48);
+    for (int effect = 0; effect < B::LAST_VALUE_EFFECT; ++effect) {
+        ShaderKey key;
+        key.effect = effect;
+        PanoramaUniforms uniforms = uniformsFor(view, 100, {0.4F, 0.2F, 0.1F});
+        const QString text = shader::fragmentText(key);
+        const QImage whole = draw(text, uniforms, m_pattern, view);
+        const auto drawFixed = [&](const shader::FixedUniforms &fixed) {
+            return draw(shader::withFixedUniforms(text, fixed), uniforms, m_pattern, view);
+        };
+        EXPECT_LE(largestDifference(drawFixed({true, true}), whole), 1) << effect;
+        uniforms.yawMax = 0.5F;
+        const QImage partial = draw(text, uniforms, m_pattern, view);
+        EXPECT_GT(largestDifference(partial, whole), 100);
+        EXPECT_LE(largestDifference(drawFixed({true, false}), partial), 1) << effect;
+    }
+}
+
 TEST_F(PanoramaPixels, TelevisionEffectDrawsLines)
 {
     const QSize view(4, 64);
@@ -325,8 +360,10 @@ TEST_F(PanoramaPixels, EveryKeyCompilesAndLinks)
 {
     const auto expectLinks = [](const ShaderKey &key) {
         PanoramaProgram program;
-        ASSERT_TRUE(program.build(shader::vertexText(), shader::fragmentText(key)))
-            << shader::fragmentText(key).toStdString();
+        const QString text = shader::fragmentText(key);
+        ASSERT_TRUE(program.build(shader::vertexText(), text)) << text.toStdString();
+        const QString fixed = shader::withFixedUniforms(text, {true, true});
+        ASSERT_TRUE(program.build(shader::vertexText(), fixed)) << fixed.toStdString();
     };
     struct Input
     {
