@@ -11,8 +11,6 @@ namespace {
 class BitReader
 {
 public:
-    static constexpr bool kReads = true;
-
     BitReader(const quint8 *bytes, size_t size)
         : m_bytes(bytes)
         , m_bitCount(size * 8)
@@ -105,8 +103,6 @@ private:
 class BitWriter
 {
 public:
-    static constexpr bool kReads = false;
-
     std::vector<quint8> result;
 
     template <class T>
@@ -156,8 +152,6 @@ private:
 class BitPrinter
 {
 public:
-    static constexpr bool kReads = false;
-
     explicit BitPrinter(const Dump &dump)
         : m_dump(dump)
     {}
