@@ -8,6 +8,10 @@ function(orbilens_library name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
   orbilens_warnings(${name})
+  if(ORBILENS_BUILD_FUZZ)
+    # Without this the fuzzer sees the coverage of its own target's source only, and fuzzes blind.
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 function(orbilens_warnings name)
