@@ -5,6 +5,7 @@
 
 #include "app/Application.h"
 #include "app/MediaChoice.h"
+#include "app/MovieMetadata.h"
 #include "app/PlayListReader.h"
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
@@ -263,7 +264,11 @@ void KGlobalObject::resolveProjection(const QVariantMap &metadata)
 
 QVariantMap KGlobalObject::readMetaData(const QVariant &url)
 {
-    const QVariantMap metadata;
+    QVariantMap metadata;
+    const QUrl location = url.toUrl();
+    if (location.isLocalFile() && isVideoFile(location) == Video)
+        metadata = readMovieMetadata(location.toLocalFile());
+
     setOffsetMatrix(QMatrix4x4());
     setYawMin(-CameraMath::kPi);
     setYawMax(CameraMath::kPi);
