@@ -8,10 +8,16 @@ function(orbilens_library name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
   orbilens_warnings(${name})
+  if(ORBILENS_BUILD_FUZZ)
+    # Without this the fuzzer sees the coverage of its own target's source only, and fuzzes blind.
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 function(orbilens_warnings name)
-  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wno-unknown-pragmas)
+  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wno-unknown-pragmas
+    # Qt's logging macros are called without their optional arguments.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
   # Qt 5.15 deprecates what is still the only way to do some things on it.
   target_compile_definitions(${name} PRIVATE QT_NO_DEPRECATED_WARNINGS QT_NO_FOREACH)
 endfunction()
@@ -45,9 +51,11 @@ function(orbilens_test name)
   set_tests_properties(${name} PROPERTIES
     LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QSG_RENDER_LOOP=basic")
   if("gl" IN_LIST ARG_LABELS OR "media" IN_LIST ARG_LABELS)
+    # Each of these draws with every processor there is; side by side they starve one another.
+    set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
     add_test(NAME ${name}_threaded COMMAND ${name})
     set_tests_properties(${name}_threaded PROPERTIES
-      LABELS "${ARG_LABELS};threaded" TIMEOUT ${ARG_TIMEOUT}
+      LABELS "${ARG_LABELS};threaded" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ON
       ENVIRONMENT "QSG_RENDER_LOOP=threaded")
   endif()
 endfunction()

@@ -6,6 +6,8 @@
 //
 // This header is a hub of forward declarations and getters, so that including it costs nothing.
 
+#include "app/OpenGLFlavour.h"
+
 #include <QApplication>
 #include <QMap>
 #include <QNetworkAccessManager>
@@ -66,6 +68,9 @@ public:
     /// Frames come from another program's shared memory instead of a player.
     bool sharedMemory() const { return m_sharedMemory; }
 
+    /// What Qt was asked for before this object existed.
+    OpenGLFlavour openGLFlavour() const { return m_openGLFlavour; }
+
     /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
     QSize maxTextureSize() const;
 
@@ -108,5 +113,6 @@ private:
     QMap<QString, QVariant> m_options;
     QStringList m_arguments;
     bool m_sharedMemory = false;
+    OpenGLFlavour m_openGLFlavour = OpenGLFlavour::Desktop;
     QNetworkAccessManager m_networkManager;
 };

@@ -15,7 +15,6 @@
 #include <QUrl>
 #include <QVariant>
 
-
 class Application;
 class QPropertyAnimation;
 
@@ -49,8 +48,8 @@ class KGlobalObject : public QObject
     Q_PROPERTY(bool touchTable READ touchTable CONSTANT)
     Q_PROPERTY(bool adobePlugin READ adobePlugin CONSTANT)
     Q_PROPERTY(int loopMode READ loopMode NOTIFY loopModeChanged)
-    Q_PROPERTY(int playListIndex READ playListIndex WRITE setPlayListIndex NOTIFY
-                   playListIndexChanged)
+    Q_PROPERTY(
+        int playListIndex READ playListIndex WRITE setPlayListIndex NOTIFY playListIndexChanged)
 
 public:
     enum OutputDisplay { StandardDisplay = 0, Display3D = 1, SplitDisplay = 2 };
@@ -81,6 +80,7 @@ public:
 
     /// Rotation that a medium's own metadata puts before the camera's.
     void setOffsetMatrix(const QMatrix4x4 &matrix);
+    QMatrix4x4 offsetMatrix() const { return m_offsetMatrix; }
 
     // A value that is no number is ignored by all setters.
     void setYaw(float yaw, bool updateMatrix = true);

@@ -9,10 +9,10 @@
 /// One pose of a camera path.
 struct KeyPoint
 {
-    QVector4D rotation;  ///< unit quaternion x, y, z, w
-    float fov = 90;      ///< degrees
-    int time = 0;        ///< milliseconds from the start of the medium
-    int projection = 0;  ///< a KShaderCodeBuilder::ShaderProjection
+    QVector4D rotation; ///< unit quaternion x, y, z, w
+    float fov = 90;     ///< degrees
+    int time = 0;       ///< milliseconds from the start of the medium
+    int projection = 0; ///< a KShaderCodeBuilder::ShaderProjection
 };
 
 /// A pose between two key points.

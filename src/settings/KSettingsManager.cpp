@@ -1,6 +1,7 @@
 #include "settings/KSettingsManager.h"
 
 #include "foundation/KVersion.h"
+#include "settings/StoreCheck.h"
 
 namespace {
 
@@ -11,6 +12,14 @@ QString storeKey(const QString &key)
 {
     const QLatin1String group("general/");
     return key.startsWith(group) ? QLatin1String("General/") + key.mid(group.size()) : key;
+}
+
+/// @p scope, after the files of that store have been looked at; for initialisers.
+QSettings::Scope checked(QSettings::Scope scope, const QString &organization,
+                         const QString &application)
+{
+    StoreCheck::setAsideUnsafeFiles(scope, organization, application);
+    return scope;
 }
 
 } // namespace
@@ -26,7 +35,7 @@ KSettingsManager::KSettingsManager()
 
 KSettingsManager::KSettingsManager(QSettings::Scope scope, const QString &organization,
                                    const QString &application)
-    : m_settings(scope, organization, application)
+    : m_settings(checked(scope, organization, application), organization, application)
     , m_defaultsOnly(false)
 {}
 

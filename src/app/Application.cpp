@@ -1,0 +1,210 @@
+#include "app/Application.h"
+
+#include "app/CommandLine.h"
+#include "app/KDisplay.h"
+#include "app/KDropArea.h"
+#include "app/KGlobalObject.h"
+#include "app/KQQuickView.h"
+#include "app/OpenGLFlavour.h"
+#include "foundation/KVersion.h"
+#include "render/KShaderCodeBuilder.h"
+#include "render/KTextureProvider.h"
+#include "render/OrbilensView.h"
+#include "resources/SceneResources.h"
+#include "settings/KSettings.h"
+#include "settings/KSettingsManager.h"
+
+#include <QDir>
+#include <QMessageBox>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QQmlContext>
+#include <QQmlEngine>
+
+namespace {
+
+constexpr QSize kMinimumWindowSize(640, 460);
+
+} // namespace
+
+Application::Application(const QString &name, int &argc, char **argv)
+    : QApplication(argc, argv)
+{
+    setObjectName(name);
+    // The folders of settings and data depend on these two from here on.
+    setOrganizationName(KVersion::makerName());
+    setApplicationName(KVersion::applicationName());
+    m_arguments = ::restartArguments(arguments(), QDir::currentPath());
+    m_settings = std::make_unique<KSettings>(KVersion::applicationName());
+    m_settings->load();
+}
+
+Application::~Application()
+{
+    m_view.reset();
+    m_globalObject.reset();
+    m_shaderBuilder.reset();
+    m_display.reset();
+    m_textureProvider.reset();
+    m_settings->save();
+    m_settings.reset();
+}
+
+void Application::setGlobalObject(std::unique_ptr<KGlobalObject> globalObject)
+{
+    m_globalObject = std::move(globalObject);
+}
+
+void Application::setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder)
+{
+    m_shaderBuilder = std::move(builder);
+}
+
+void Application::setTextureProvider(std::unique_ptr<KTextureProvider> provider)
+{
+    m_textureProvider = std::move(provider);
+}
+
+QSize Application::maxTextureSize() const
+{
+    return m_view ? m_view->maxTextureSize() : QSize(-1, -1);
+}
+
+void Application::init()
+{
+    parseArguments();
+    const bool sharedMemorySetting =
+        m_settings->get(QStringLiteral("application/advanced/sharedmemory")).toBool();
+    m_sharedMemory = sharedMemorySetting || option(QStringLiteral("adobeplugin")).toBool();
+    initRenderer();
+
+    m_view = std::make_unique<KQQuickView>(option(QStringLiteral("touchtable")).toBool());
+    connect(this, &Application::openGLReady, this, &Application::playArgsMedia,
+            Qt::QueuedConnection);
+    connect(m_view.get(), &QQuickWindow::sceneGraphInitialized, this,
+            &Application::checkOpenGLVersion, Qt::DirectConnection);
+    connect(m_view.get(), SIGNAL(closing(QQuickCloseEvent *)), this, SLOT(closeWindow()));
+    m_view->engine()->addImportPath(QStringLiteral(":/"));
+
+    m_display = std::make_unique<KDisplay>();
+    constexpr bool kCopyMovingPictures = true;
+    m_textureProvider =
+        std::make_unique<KTextureProvider>(this, kCopyMovingPictures, m_sharedMemory);
+    m_globalObject = std::make_unique<KGlobalObject>(this);
+    m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
+    // The limits depend on the shader builder, which comes after the view state.
+    m_globalObject->setFovLimits();
+    connect(m_textureProvider.get(), &KTextureProvider::textureSizeChanged, m_globalObject.get(),
+            &KGlobalObject::onTextureSizeChanged);
+
+    m_view->engine()->addImportPath(applicationDirPath() + QLatin1String("/QtPlugins/"));
+    publishContextProperties();
+    registerQmlTypes();
+    m_view->engine()->addImportPath(QStringLiteral("qrc:/QmlLib"));
+    m_view->engine()->addPluginPath(QDir(applicationDirPath()).absolutePath());
+    initSceneResources();
+    m_view->setSource(QUrl(QStringLiteral("qrc:/qml/main_newui.qml")));
+    showWindow();
+
+    QDir::setSearchPaths(QStringLiteral("UI"), {QStringLiteral(":/UI")});
+    QDir::setSearchPaths(QStringLiteral("Translation"), {QStringLiteral(":/Translation")});
+}
+
+void Application::parseArguments()
+{
+    m_options = parseCommandLine(QStringList{applicationFilePath()} + m_arguments).options;
+}
+
+void Application::initRenderer()
+{
+    m_openGLFlavour = openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options);
+}
+
+void Application::publishContextProperties()
+{
+    QQmlContext *context = m_view->rootContext();
+    QObject *const notYet = nullptr;
+    const struct
+    {
+        const char *name;
+        QObject *object;
+    } properties[] = {{"kApp", this},
+                      {"kVideoPlugin", notYet},
+                      {"kView", m_view.get()},
+                      {"kShaderCodeBuilder", m_shaderBuilder.get()},
+                      {"kHmdDevice", notYet},
+                      {"kLeap", notYet},
+                      {"kGlobalObject", m_globalObject.get()},
+                      {"kSensor", notYet},
+                      {"kDisplay", m_display.get()},
+                      {"kRealSense", notYet},
+                      {"kTextureProvider", m_textureProvider.get()},
+                      {"kSettings", m_settings.get()},
+                      {"qt_debug", nullptr},
+                      {"kAnalyticsManager", notYet}};
+    for (const auto &property : properties)
+        context->setContextProperty(QLatin1String(property.name), property.object);
+}
+
+void Application::registerQmlTypes()
+{
+    const char *const uri = "Orbilens";
+    const QString enumsOnly = QStringLiteral("Enums only");
+    qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
+    qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
+    qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
+    qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");
+}
+
+void Application::showWindow()
+{
+    m_view->setTitle(KVersion::productName());
+    Qt::WindowFlags flags = Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                            Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                            Qt::WindowCloseButtonHint | Qt::WindowFullscreenButtonHint;
+    const bool adobePlugin = option(QStringLiteral("adobeplugin")).toBool();
+    if (adobePlugin)
+        flags |= Qt::WindowStaysOnTopHint;
+    m_view->setFlags(flags);
+    m_view->setMinimumSize(kMinimumWindowSize);
+    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    if (!adobePlugin && m_view->fullScreen())
+        m_view->showFullScreen();
+    else
+        m_view->showNormal();
+}
+
+void Application::checkOpenGLVersion()
+{
+    QOpenGLContext *context = QOpenGLContext::currentContext();
+    if (!context || !context->functions()->hasOpenGLFeature(QOpenGLFunctions::Shaders)) {
+        QMetaObject::invokeMethod(this, &Application::displayOpenGLErrorMessage,
+                                  Qt::QueuedConnection);
+        return;
+    }
+    m_glContext = context;
+    m_sharedGlContext = std::make_unique<QOpenGLContext>();
+    m_sharedGlContext->setShareContext(context);
+    m_sharedGlContext->setFormat(context->format());
+    m_sharedGlContext->create();
+    emit openGLReady();
+}
+
+void Application::displayOpenGLErrorMessage()
+{
+    QMessageBox::critical(nullptr, KVersion::productName(), tr("OpenGL 2.0 minimum is required."));
+    closeWindow();
+}
+
+void Application::playArgsMedia()
+{
+    disconnect(this, &Application::openGLReady, this, &Application::playArgsMedia);
+    const QVariant files = option(QStringLiteral("files"));
+    if (files.isValid())
+        m_globalObject->openFiles(files.toStringList(), false);
+}
+
+void Application::closeWindow()
+{
+    m_globalObject->quit();
+}

@@ -1,0 +1,104 @@
+// Program entry: what must be decided before the application object exists, the order in which the
+// process-wide facilities come up and go down, and the restart.
+
+#include "app/Application.h"
+#include "app/CommandLine.h"
+#include "app/OpenGLFlavour.h"
+#include "foundation/KFoundation.h"
+#include "foundation/KVersion.h"
+#include "settings/KSettingsManager.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QThread>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr unsigned long kRestartDelaySeconds = 1;
+
+/// Answers --help and --version, which need no display. Returns whether there was anything to
+/// answer.
+bool answered(const CommandLine &commandLine, int &argc, char **argv)
+{
+    if (!commandLine.helpRequested && !commandLine.versionRequested)
+        return false;
+    const QCoreApplication application(argc, argv);
+    const QString text = commandLine.helpRequested ? commandLineHelp()
+                                                   : KVersion::productName() + QLatin1Char(' ') +
+                                                         KVersion::fullText() + QLatin1Char('\n');
+    std::fputs(qPrintable(text), stdout);
+    return true;
+}
+
+/// Qt takes the flavour only before the application object exists, so the store is asked directly.
+void chooseRenderer(const CommandLine &commandLine)
+{
+    KSettingsManager store = KSettingsManager::ForUser();
+    const bool desktop =
+        openGLFlavourOfThisRun(store, commandLine.options) == OpenGLFlavour::Desktop;
+    QCoreApplication::setAttribute(desktop ? Qt::AA_UseDesktopOpenGL : Qt::AA_UseOpenGLES);
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+/// What a later start needs to know of this one.
+struct Restart
+{
+    QString executable;
+    QStringList arguments;
+};
+
+int run(int &argc, char **argv, const QString &name, Restart *restart)
+{
+    auto application = std::make_unique<Application>(name, argc, argv);
+    // Qt has taken its own options out by now; what is left and unknown is the user's mistake.
+    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments());
+    if (!commandLine.error.isEmpty()) {
+        std::fprintf(stderr, "%s\n%s", qPrintable(commandLine.error),
+                     qPrintable(commandLineHelp()));
+        return kUsageError;
+    }
+    restart->executable = QCoreApplication::applicationFilePath();
+    restart->arguments = application->restartArguments();
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+
+    KFoundation::Initialize();
+    application->init();
+    const int result = QCoreApplication::exec();
+    application.reset(); // the peers use the foundation to their end
+    KFoundation::Shutdown();
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
+    qputenv("QT_NO_FT_CACHE", "1");
+    const QString name =
+        QStringLiteral("%1 - %2").arg(KVersion::makerName(), KVersion::applicationName());
+
+    const CommandLine early = parseCommandLine(argumentsOf(argc, argv));
+    if (answered(early, argc, argv))
+        return 0;
+    chooseRenderer(early);
+
+    Restart restart;
+    const int result = run(argc, argv, name, &restart);
+    if (result == Application::kRestartStatus) {
+        QThread::sleep(kRestartDelaySeconds);
+        QProcess::startDetached(restart.executable, restart.arguments);
+    }
+    return result;
+}

@@ -1,0 +1,32 @@
+#include "render/Snapshot.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QUrl>
+
+QString snapshotFileName(SnapshotKind kind, const QDateTime &time)
+{
+    QString name =
+        QStringLiteral("ORBLP_%1_%2_%3")
+            .arg(kind == SnapshotKind::Render ? QStringLiteral("render") : QStringLiteral("snap"),
+                 time.toString(Qt::ISODate).replace(QLatin1Char('T'), QLatin1Char('_')),
+                 QString::number(time.time().msec()));
+    return name.replace(QLatin1Char(':'), QLatin1Char('_')) + QLatin1String(".png");
+}
+
+QString snapshotFolder(const QString &setting)
+{
+    const QString folder = QUrl(setting).toLocalFile();
+    if (!folder.isEmpty())
+        return folder;
+    if (QDir::isAbsolutePath(setting))
+        return setting;
+    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    return desktop.isEmpty() ? QDir::homePath() : desktop;
+}
+
+void saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder)
+{
+    QDir().mkpath(folder);
+    image.save(folder + QLatin1Char('/') + snapshotFileName(kind, QDateTime::currentDateTime()));
+}

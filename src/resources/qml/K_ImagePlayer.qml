@@ -1,0 +1,86 @@
+import QtQuick 2.15
+import QtQuick.Window 2.2
+import QtMultimedia 5.8
+
+// Shows a still through the same face as a film's player. The picture itself is never seen: its
+// texture goes to the panorama through the ShaderEffectSource.
+Item {
+    id: root
+
+    property url mediaSource
+    property var fileMetadata: ({})
+    property string logMessage
+    property int playbackState: MediaPlayer.StoppedState
+    readonly property real volume: 0
+    readonly property int position: 0
+    readonly property int duration: 0
+    readonly property int fps: 0
+    readonly property int textureTransfer: 0
+    readonly property string texturePixelFormat: ""
+    readonly property alias shaderEffectSource: effectSource
+    readonly property string errorString: image.status === Image.Error
+        ? qsTr("An error occurred while loading the image") : ""
+    // Follows the picture, but for the loader's word that nothing is shown any more.
+    property int playerStatus: MediaPlayer.NoMedia
+
+    function statusOfImage() {
+        switch (image.status) {
+        case Image.Error: return MediaPlayer.InvalidMedia
+        case Image.Null: return MediaPlayer.NoMedia
+        case Image.Loading: return MediaPlayer.Loading
+        default: return MediaPlayer.Buffered
+        }
+    }
+
+    function play() {
+        if (playerStatus !== MediaPlayer.Buffered)
+            return
+        if (playbackState === MediaPlayer.PausedState)
+            kGlobalObject.resumeTimerNextImage()
+        playbackState = MediaPlayer.PlayingState
+    }
+
+    function pause() {
+        if (playbackState !== MediaPlayer.PlayingState)
+            return
+        kGlobalObject.pauseTimerNextImage()
+        playbackState = MediaPlayer.PausedState
+    }
+
+    function stop() { playbackState = MediaPlayer.StoppedState }
+    function seek(ms) {}
+    function seekJump(deltaMs) {}
+
+    onPlayerStatusChanged: {
+        if (playerStatus === MediaPlayer.Buffered) {
+            playbackState = MediaPlayer.PlayingState
+            kGlobalObject.startTimerNextImage()
+        } else {
+            kTextureProvider.textureId = 0
+        }
+    }
+
+    Image {
+        id: image
+        // Before the driver's limit is known a picture could come out too large for a texture.
+        readonly property size limit: kView.maxTextureSize
+        source: limit.width > 0 ? root.mediaSource : ""
+        sourceSize: limit.width > 0
+            ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)
+            : undefined
+        onStatusChanged: root.playerStatus = root.statusOfImage()
+        asynchronous: true
+        cache: false
+        smooth: true
+    }
+
+    ShaderEffectSource {
+        id: effectSource
+        x: -1
+        width: 1
+        height: 1
+        sourceItem: image
+        hideSource: true
+        wrapMode: ShaderEffectSource.ClampToEdge
+    }
+}

@@ -1,0 +1,15 @@
+// Runs the suite inside an Application without init(), to which each test gives the peers it needs.
+
+#include "app/Application.h"
+#include "support/IsolatedHome.h"
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    test::IsolatedHome home;
+    ::testing::InitGoogleTest(&argc, argv);
+    QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
+    Application application(QStringLiteral("test"), argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,243 @@
+#include "app/Application.h"
+#include "app/KGlobalObject.h"
+#include "app/PlayListReader.h"
+#include "render/KShaderCodeBuilder.h"
+#include "settings/KSettings.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+/// What the scene's loader offers by name, and a record of what it was asked.
+class Loader : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject *mediaPlayer READ mediaPlayer CONSTANT)
+
+public:
+    QObject *mediaPlayer() { return &m_player; }
+    QStringList calls;
+
+    Q_INVOKABLE void processFileSource(const QVariant &source, const QVariant &clear,
+                                       const QVariant &error, const QVariant &drop)
+    {
+        calls.append(QStringLiteral("open %1%2%3%4")
+                         .arg(source.toUrl().fileName(),
+                              clear.toBool() ? QStringLiteral(" clear") : QString(),
+                              error.toString().isEmpty() ? QString() : " !" + error.toString(),
+                              drop.toBool() ? QStringLiteral(" drop") : QString()));
+    }
+    Q_INVOKABLE void destroyVideoPlayer() { calls.append("destroy"); }
+    Q_INVOKABLE void play() { calls.append("play"); }
+    Q_INVOKABLE void stop() { calls.append("stop"); }
+
+private:
+    QObject m_player;
+};
+
+class PlayList : public ::testing::Test
+{
+protected:
+    PlayList()
+    {
+        application->settings()->set("application/general/loopMode", KGlobalObject::LoopList);
+        application->setGlobalObject(std::make_unique<KGlobalObject>(application));
+        list = application->globalObject();
+        list->setMediaLoader(&loader);
+    }
+    ~PlayList() override { application->setGlobalObject(nullptr); }
+
+    QString write(const QString &name, const QByteArray &text = "x")
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName();
+    }
+
+    QStringList taken()
+    {
+        QStringList calls;
+        calls.swap(loader.calls);
+        return calls;
+    }
+
+    Application *application = static_cast<Application *>(qApp);
+    QTemporaryDir folder;
+    Loader loader;
+    KGlobalObject *list = nullptr;
+};
+
+} // namespace
+
+TEST_F(PlayList, ASingleMediumIsNoPlaylist)
+{
+    list->openFile(folder.filePath("one.jpg"), true);
+    EXPECT_EQ(taken(), QStringList{"open one.jpg drop"});
+    EXPECT_TRUE(list->playListIsEmpty());
+    EXPECT_TRUE(list->getPlayList().isEmpty());
+    EXPECT_EQ(list->playListIndex(), -1);
+    list->playListSetNext();
+    list->playListSetNext(false);
+    list->playListSetPrevious();
+    list->openFiles(QStringList());
+    EXPECT_TRUE(taken().isEmpty());
+}
+
+TEST_F(PlayList, StepsFollowTheLoopMode)
+{
+    list->openFiles(QStringList{"/a.jpg", "/b.jpg", "/c.jpg"});
+    EXPECT_EQ(taken(), QStringList{"open a.jpg"});
+    EXPECT_EQ(list->getPlayListNames(), (QStringList{"a.jpg", "b.jpg", "c.jpg"}));
+    list->playListSetPrevious();
+    EXPECT_EQ(list->playListIndex(), 2);
+    QSignalSpy end(list, &KGlobalObject::endOfPlaylistReached);
+
+    const struct
+    {
+        int loopMode;
+        bool force;
+        int from, to, ends;
+        QStringList calls;
+    } rows[] = {{KGlobalObject::NoLoop, false, 0, 1, 0, {"open b.jpg"}},
+                {KGlobalObject::NoLoop, false, 2, 2, 1, {}},
+                {KGlobalObject::NoLoop, true, 2, 0, 0, {"open a.jpg"}},
+                {KGlobalObject::LoopList, false, 2, 0, 0, {"open a.jpg"}},
+                {KGlobalObject::LoopMedium, false, 1, 1, 0, {"open b.jpg"}},
+                {KGlobalObject::LoopMedium, true, 1, 2, 0, {"open c.jpg"}}};
+    for (const auto &row : rows) {
+        application->settings()->set("instance/general/loopMode", row.loopMode);
+        list->setPlayListIndex(row.from);
+        taken();
+        end.clear();
+        list->playListSetNext(row.force);
+        EXPECT_EQ(list->playListIndex(), row.to);
+        EXPECT_EQ(end.count(), row.ends);
+        EXPECT_EQ(taken(), row.calls);
+    }
+}
+
+TEST_F(PlayList, PlaylistFilesGiveMediaOrAnError)
+{
+    const struct
+    {
+        QByteArray json;
+        QStringList calls;
+        int entries;
+    } rows[] = {
+        {"nonsense", {"open  !Error : cannot parse json"}, 0},
+        {"{}", {"open  !Error : json is not an array"}, 0},
+        {"[]", {"open  !Error : json is empty"}, 0},
+        {"[{\"media\":\"a.jpg\"}]", {"open a.jpg"}, 0},
+        {"[7,{\"media\":5}]", {QString("open ") + QDir(folder.path()).dirName()}, 2},
+        {"[{\"media\":\"a.jpg\",\"stereo\":\"OverUnder\",\"logo\":\"l.png\",\"thumb\":\"t.png\"},"
+         "{\"media\":\"/abs/b.jpg\"}]",
+         {"open a.jpg"},
+         2}};
+    for (const auto &row : rows) {
+        list->openFile(write("list.orpl", row.json));
+        EXPECT_EQ(taken(), row.calls);
+        EXPECT_EQ(list->getPlayList().size(), row.entries) << row.json.toStdString();
+    }
+    const QUrl first = QUrl::fromLocalFile(folder.filePath("a.jpg"));
+    const QUrl second = QUrl::fromLocalFile("/abs/b.jpg");
+    EXPECT_EQ(list->getPlayList(), (QList<QUrl>{first, second}));
+    EXPECT_EQ(list->getStereoConfig(first), "OverUnder");
+    EXPECT_EQ(list->getDynamicLogo(first), QUrl::fromLocalFile(folder.filePath("l.png")));
+    EXPECT_EQ(list->getThumb(first), QUrl::fromLocalFile(folder.filePath("t.png")));
+    EXPECT_TRUE(list->getThumb(second).isEmpty());
+
+    list->openFile(folder.filePath("missing.orpl"));
+    EXPECT_EQ(taken(), QStringList{"open  !Error : cannot open file .orpl"});
+    EXPECT_TRUE(list->getPlayList().isEmpty());
+}
+
+TEST_F(PlayList, DirectoriesGiveTheirFilesNewestFirstUpToALimit)
+{
+    list->openFile(folder.path());
+    EXPECT_EQ(taken(), QStringList{"open  !Error : Directory is empty"});
+
+    const QDateTime start = QDateTime::currentDateTime();
+    for (const auto &[name, age] : {std::pair{"old.jpg", 30}, {"new.jpg", 10}, {"mid.jpg", 20}}) {
+        QFile file(write(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(start.addSecs(-age), QFileDevice::FileModificationTime));
+    }
+    list->openFile(folder.path());
+    EXPECT_EQ(list->getPlayListNames(), (QStringList{"new.jpg", "mid.jpg", "old.jpg"}));
+
+    for (int i = 3; i < PlayListReader::kDirectoryLimit - 1; ++i)
+        write(QStringLiteral("f%1.jpg").arg(i));
+    EXPECT_EQ(PlayListReader::readDirectory(folder.path()).media.size(), 999);
+    write("one too many.jpg");
+    EXPECT_EQ(PlayListReader::readDirectory(folder.path()).error,
+              "Error : Cannot load more than 1000 files in a directory");
+}
+
+TEST_F(PlayList, MediaAreRecognisedByTheirSuffix)
+{
+    const struct
+    {
+        const char *url;
+        bool image;
+        int video;
+    } rows[] = {
+        {"file:///a.JPG", true, 0},       {"file:///a.png", true, 0},  {"file:///a.mp4", false, 1},
+        {"file:///a.MKV", false, 1},      {"file:///a.yuv", false, 2}, {"file:///mp4", false, 0},
+        {"http://host/s.m3u8", false, 1}, {"file:///a.b/c", false, 0}, {"", false, 0}};
+    for (const auto &row : rows) {
+        const QUrl url(row.url);
+        EXPECT_EQ(list->isImageFile(url), row.image) << row.url;
+        EXPECT_EQ(list->isVideoFile(url), row.video) << row.url;
+    }
+    EXPECT_EQ(list->getSupportedVideoFormats().size(), 25);
+    EXPECT_EQ(list->checkFilePath(QUrl("qrc:/a.jpg")), QUrl("file:/a.jpg"));
+    EXPECT_EQ(list->checkFilePath(QUrl("http://h/a.jpg")), QUrl("http://h/a.jpg"));
+}
+
+TEST_F(PlayList, StillsAdvanceByTheirTimer)
+{
+    KSettings *settings = application->settings();
+    settings->set("application/playlist/imageDisplayDuration", 0.05);
+    list->openFiles(QStringList{"/a.jpg", "/b.jpg"});
+    list->startTimerNextImage();
+    QTRY_COMPARE_WITH_TIMEOUT(list->playListIndex(), 1, 5000);
+
+    // Paused, nothing moves; resumed, the still keeps three seconds.
+    list->startTimerNextImage();
+    list->pauseTimerNextImage();
+    QTest::qWait(120);
+    EXPECT_EQ(list->playListIndex(), 1);
+    list->resumeTimerNextImage();
+    QTest::qWait(120);
+    EXPECT_EQ(list->playListIndex(), 1);
+
+    settings->set("application/playlist/imageDisplayDurationNone", true);
+    list->clearPlayList();
+    taken();
+    list->startTimerNextImage();
+    QTest::qWait(120);
+    EXPECT_TRUE(taken().isEmpty());
+    settings->set("application/playlist/imageDisplayDurationNone", false);
+    for (const int mode : {KGlobalObject::NoLoop, KGlobalObject::LoopMedium}) {
+        settings->set("instance/general/loopMode", mode);
+        list->startTimerNextImage();
+        QTRY_VERIFY_WITH_TIMEOUT(!loader.calls.isEmpty(), 5000);
+        EXPECT_EQ(taken(), QStringList{mode == KGlobalObject::NoLoop ? "stop" : "play"});
+    }
+}
+
+TEST_F(PlayList, EndingDestroysThePlayerFirst)
+{
+    list->quit();
+    list->restart();
+    EXPECT_EQ(taken(), (QStringList{"destroy", "destroy"}));
+}
+
+#include "PlayListTest.moc"
