@@ -23,6 +23,7 @@ class KQQuickView;
 class KSettings;
 class KShaderCodeBuilder;
 class KTextureProvider;
+class KVideoPlugin;
 class QOpenGLContext;
 
 class Application : public QApplication
@@ -45,6 +46,7 @@ public:
     KQQuickView *view() const { return m_view.get(); }
     KGlobalObject *globalObject() const { return m_globalObject.get(); }
     KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
+    KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -97,6 +99,7 @@ private slots:
 
 private:
     void parseArguments();
+    void chooseVideoBackend();
     void registerQmlTypes();
     void publishContextProperties();
     void showWindow();
@@ -106,6 +109,7 @@ private:
     std::unique_ptr<KGlobalObject> m_globalObject;
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
     std::unique_ptr<KDisplay> m_display;
+    std::unique_ptr<KVideoPlugin> m_videoPlugin;
     std::unique_ptr<KTextureProvider> m_textureProvider;
     HeadsetView *m_headsetView = nullptr;
     QOpenGLContext *m_glContext = nullptr;

@@ -10,6 +10,7 @@
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "video/VlcConfig.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -214,7 +215,11 @@ QStringList KGlobalObject::getSupportedImageFormats() const
 
 QStringList KGlobalObject::getSupportedVideoFormats() const
 {
-    return MediaChoice::videoSuffixes();
+    QStringList suffixes = MediaChoice::videoSuffixes();
+    // Raw video says nothing of its size; only arguments for libvlc can.
+    if (VlcConfig::current().customMode)
+        suffixes.append(QStringLiteral("yuv"));
+    return suffixes;
 }
 
 bool KGlobalObject::isValidFilePath(const QUrl &) const

@@ -71,7 +71,7 @@ TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
     player.set("volume", 0.25);
     player.set("mediaSource", test::clip(QStringLiteral("long.mp4")));
     EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PlayingState)));
-    EXPECT_TRUE(player.becomes("playerStatus", int(QMediaPlayer::Buffered)));
+    EXPECT_TRUE(player.becomes("playerStatus", int(QMediaPlayer::BufferedMedia)));
     EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() > 200; }));
     EXPECT_NEAR(player.get("duration").toInt(), 20000, 100);
     EXPECT_EQ(player.get("shaderEffectSource").value<QQuickItem *>() == nullptr, vlc);

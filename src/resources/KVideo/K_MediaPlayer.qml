@@ -68,6 +68,8 @@ Loader {
 
     Component.onCompleted: {
         // Read once: a choice made while running waits for the next start.
-        source = backend === "vlc" ? "K_MediaPlayer_VLC.qml" : "K_MediaPlayer_Qt.qml"
+        var file = backend === "vlc" ? "K_MediaPlayer_VLC.qml" : "K_MediaPlayer_Qt.qml"
+        // A loaded item sees the names around its Loader, not the Loader's own.
+        setSource(file, { "k_mediaPlayer": k_mediaPlayer })
     }
 }

@@ -1,10 +1,11 @@
 import QtQuick 2.5
 import QtMultimedia 5.5
 
-// The Qt Multimedia backend of K_MediaPlayer, which is its parent and known by the id
-// k_mediaPlayer.
+// The Qt Multimedia backend of K_MediaPlayer, which hands itself in.
 Item {
     id: player
+
+    property Item k_mediaPlayer
 
     // Peers reach the player's media object through this to ask for more position reports.
     property alias qtMediaPlayer: mediaPlayer

@@ -2,9 +2,11 @@ import QtQuick 2.5
 import QtMultimedia 5.5
 import VLCQt 1.0
 
-// The libvlc backend of K_MediaPlayer, which is its parent and known by the id k_mediaPlayer.
+// The libvlc backend of K_MediaPlayer, which hands itself in.
 VlcVideoPlayer {
     id: player
+
+    property Item k_mediaPlayer
 
     // libvlc's states in their order: what each means to Qt Multimedia's two values.
     readonly property var states: [
