@@ -45,6 +45,8 @@ Application::Application(const QString &name, int &argc, char **argv)
 
 Application::~Application()
 {
+    if (m_view)
+        m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
     m_videoPlugin.reset();
     m_view.reset();
