@@ -9,13 +9,12 @@
 #include "render/KTextureProvider.h"
 #include "render/OrbilensView.h"
 #include "settings/KSettings.h"
+#include "support/GlStage.h"
 #include "support/PanoramaReference.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
 
-#include <QOpenGLContext>
-#include <QOpenGLFunctions>
 #include <QQuickView>
 #include <QSignalSpy>
 #include <QTest>
@@ -27,11 +26,10 @@ class SceneFixture : public ::testing::Test
 protected:
     SceneFixture()
     {
-        application->settings()->set("instance/output/projection", KShaderCodeBuilder::RECTILINEAR);
-        application->settings()->set("instance/input/projection",
-                                     KShaderCodeBuilder::EQUIRECTANGULAR);
-        application->settings()->set("instance/input/stereoscopy", KShaderCodeBuilder::STEREO_2D);
-        application->settings()->set("instance/output/display", "standard");
+        setting("instance/output/projection", KShaderCodeBuilder::RECTILINEAR);
+        setting("instance/input/projection", KShaderCodeBuilder::EQUIRECTANGULAR);
+        setting("instance/input/stereoscopy", KShaderCodeBuilder::STEREO_2D);
+        setting("instance/output/display", "standard");
         application->setTextureProvider(
             std::make_unique<KTextureProvider>(application, true, false));
         application->setGlobalObject(std::make_unique<KGlobalObject>(application));
@@ -40,7 +38,6 @@ protected:
         builder = application->shaderBuilder();
         provider = application->textureProvider();
         state->setFovLimits();
-
         makeWindow();
     }
 
@@ -51,6 +48,11 @@ protected:
         application->setShaderBuilder(nullptr);
         application->setGlobalObject(nullptr);
         application->setTextureProvider(nullptr);
+    }
+
+    void setting(const char *key, const QVariant &value)
+    {
+        application->settings()->set(key, value);
     }
 
     /// With a new view in it; the old ones go.
@@ -77,46 +79,32 @@ protected:
         return window->grabWindow();
     }
 
-    /// Uploads @p picture inside the scene graph, as a player would, and returns its name.
+    /// Runs @p function on the render thread, where the scene graph's context is current.
+    template <class Function>
+    int onRenderThread(Function function)
+    {
+        std::atomic<int> result{0};
+        const auto once = QObject::connect(
+            window.get(), &QQuickWindow::beforeSynchronizing, window.get(),
+            [&] { result = result ? int(result) : function(); }, Qt::DirectConnection);
+        grab();
+        QObject::disconnect(once);
+        return result;
+    }
+
     int uploadTexture(const QImage &picture)
     {
-        std::atomic<int> name{0};
-        const auto upload = connectOnce(&QQuickWindow::beforeSynchronizing, [&name, picture] {
-            QOpenGLFunctions *functions = QOpenGLContext::currentContext()->functions();
-            GLuint texture = 0;
-            functions->glGenTextures(1, &texture);
-            functions->glBindTexture(GL_TEXTURE_2D, texture);
-            functions->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.width(), picture.height(), 0,
-                                    GL_RGBA, GL_UNSIGNED_BYTE, picture.constBits());
-            name = int(texture);
-        });
-        grab();
-        QObject::disconnect(upload);
-        return name;
+        return onRenderThread([&] { return int(test::uploadTexture(picture)); });
     }
 
-    template <class Signal, class Function>
-    QMetaObject::Connection connectOnce(Signal signal, Function function)
+    /// @p eyeView must show @p picture by the state of the peers.
+    void expectPanorama(const QImage &eyeView, const QImage &picture, const QMatrix4x4 &rotation,
+                        EyeLayout layout = EyeLayout::Single, int eye = 0)
     {
-        auto done = std::make_shared<std::atomic<bool>>(false);
-        return QObject::connect(
-            window.get(), signal, window.get(),
-            [done, function] {
-                if (!done->exchange(true))
-                    function();
-            },
-            Qt::DirectConnection);
-    }
-
-    /// What the view must show of @p picture in one eye, by the state of the peers.
-    void expectPanorama(const QImage &eyeView, const QImage &picture, EyeLayout layout, int eye,
-                        const QMatrix4x4 &rotation)
-    {
-        shader::ShaderKey key;
-        key.projection = builder->projection();
-        key.projectionSource = builder->projectionSource();
-        key.stereoMode = builder->stereoMode();
-        PanoramaUniforms uniforms;
+        PanoramaReference reference;
+        reference.key.projection = builder->projection();
+        reference.key.stereoMode = builder->stereoMode();
+        PanoramaUniforms &uniforms = reference.uniforms;
         uniforms.viewport = viewportParameters(view->size(), layout, 1.0);
         uniforms.matViewInverse = rotation;
         uniforms.eye = eye;
@@ -125,15 +113,9 @@ protected:
         uniforms.yawMax = state->yawMax();
         uniforms.pitchMin = state->pitchMin();
         uniforms.pitchMax = state->pitchMax();
-        const auto orvex = KShaderCodeBuilder::orvexProjectionParameters(state->fov());
-        uniforms.projScale = orvex.first;
-        uniforms.projectionDistance = orvex.second;
-        const PixelComparison result =
-            comparePixels(eyeView.convertToFormat(QImage::Format_RGB32),
-                          PanoramaReference(key, uniforms), picture, 3, kClearColor);
-        EXPECT_EQ(result.wrong, 0)
-            << "first at " << result.firstWrong.x() << "," << result.firstWrong.y();
-        EXPECT_LE(result.onEdges, 0.12 * result.pixels);
+        const QString faults = pixelFaults(eyeView.convertToFormat(QImage::Format_RGB32), reference,
+                                           picture, kClearColor);
+        EXPECT_TRUE(faults.isEmpty()) << faults.toStdString();
     }
 
     static constexpr QRgb kClearColor = 0xff222222;
