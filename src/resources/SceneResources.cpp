@@ -4,5 +4,7 @@
 
 void initSceneResources()
 {
+    Q_INIT_RESOURCE(images);
+    Q_INIT_RESOURCE(qmllib);
     Q_INIT_RESOURCE(scene);
 }
