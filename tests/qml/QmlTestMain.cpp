@@ -28,7 +28,10 @@ public slots:
     {
         engine->addImportPath(QStringLiteral(":/"));
         engine->addImportPath(QStringLiteral("qrc:/QmlLib"));
-        engine->addPluginPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
+        const QStringList pluginPaths =
+            scenePluginPaths(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
+        for (const QString &path : pluginPaths)
+            engine->addPluginPath(path);
         engine->rootContext()->setContextProperty(QStringLiteral("screenshotFolder"),
                                                   screenshots());
         connect(engine, &QQmlEngine::warnings, this,
