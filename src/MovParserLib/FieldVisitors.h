@@ -131,7 +131,7 @@ public:
     void printed(const char *, const T &)
     {}
     template <class T>
-    void coded(const char *, const T &value)
+    void coded(const char *, T &value)
     {
         m_ok = m_ok && value.write(m_buffer);
     }

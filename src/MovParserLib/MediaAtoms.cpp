@@ -103,10 +103,10 @@ bool DataReferenceAtom::Entries::read(FileBuffer &buffer, qint64)
     return true;
 }
 
-bool DataReferenceAtom::Entries::write(FileBuffer &buffer) const
+bool DataReferenceAtom::Entries::write(FileBuffer &buffer)
 {
     bool ok = writeBig(buffer, quint32(rows.size())) == 0;
-    for (DataReference entry : rows)
+    for (DataReference &entry : rows)
         ok = ok && entry.write(buffer) == 0;
     return ok;
 }

@@ -110,7 +110,7 @@ public:
         std::vector<DataReference> rows;
 
         bool read(FileBuffer &buffer, qint64 end);
-        bool write(FileBuffer &buffer) const;
+        bool write(FileBuffer &buffer);
         quint64 size() const;
         void dump(const Dump &dump, const char *label) const;
     } entries;
