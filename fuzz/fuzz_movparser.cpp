@@ -95,7 +95,9 @@ void lookUp(const SampleTableAtom &table)
     quint32 least = 0;
     quint32 most = 0;
     (void)table.getSampleDurationRange(&least, &most);
-    if (table.sizes.sizes.count < 10000)
+    // A million samples in a few bytes are allowed, but would only slow the search down.
+    qint64 time = 0;
+    if (table.getSampleDecodeTime(5000, &time) != 0)
         (void)table.getCompositionTimes(&times);
 }
 
