@@ -67,13 +67,11 @@ void askAll(const MovFile &file)
     float roll = 0;
     bool isOrvex = false;
     std::string text;
-    const Status statuses[] = {file.getFrameSize(&a, &b),
-                               file.getFrameRate(&rate),
-                               file.isOrvexFile(&isOrvex),
-                               file.getInitialOrientation(&yaw, &pitch, &roll),
-                               file.getProjection(&a),
-                               file.getStereoMode(&a),
-                               file.getWritingTool(text)};
+    const Status statuses[] = {
+        file.getFrameSize(&a, &b),  file.getFrameRate(&rate),
+        file.isOrvexFile(&isOrvex), file.getInitialOrientation(&yaw, &pitch, &roll),
+        file.getProjection(&a),     file.getStereoMode(&a),
+        file.getWritingTool(text)};
     for (const Status status : statuses)
         require(status == 0 || status >= 0x10000, "a failure carries its domain");
     (void)file.isVideoFile();

@@ -21,6 +21,7 @@ test_packages=(
   qtdeclarative5-dev-tools qml-module-qttest libqt5quicktest5
   libgtest-dev libgmock-dev libbenchmark-dev
   xdotool openbox python3
+  ffmpeg libavformat-dev
 )
 
 packages=("${build_packages[@]}" "${run_packages[@]}")

@@ -73,8 +73,8 @@ Status AtomOf<Derived, Base, kPattern>::read(FileBuffer &buffer)
     const qint64 end = start + qint64(std::min(this->size, quint64(buffer.dataSize())));
     ReadFields visitor(buffer, end);
     Derived::fields(self, visitor);
-    if (visitor.ok() && readChildren<kPattern>(self, buffer, start, this->size)
-        && self.isComplete() && seekAtomEnd(buffer, start, this->size) == 0)
+    if (visitor.ok() && readChildren<kPattern>(self, buffer, start, this->size) &&
+        self.isComplete() && seekAtomEnd(buffer, start, this->size) == 0)
         return AtomError::Okay;
     buffer.seek(start, FromStart);
     return AtomError::AtomReadFailed;

@@ -551,8 +551,8 @@ private:
     }
     bool find(FourCC type)
     {
-        return m_buffer.seek(m_bodyStart, FromStart) == 0
-            && findChild(m_buffer, type, m_limit) == 0;
+        return m_buffer.seek(m_bodyStart, FromStart) == 0 &&
+               findChild(m_buffer, type, m_limit) == 0;
     }
 
     FileBuffer &m_buffer;

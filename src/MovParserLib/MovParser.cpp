@@ -18,8 +18,8 @@ bool mayBeFirst(FourCC type)
 
 } // namespace
 
-Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                             qint64 offset, Header *header)
+Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 offset,
+                             Header *header)
 {
     const qint64 left = fileSize - offset;
     if (left < kHeaderSize)
@@ -43,8 +43,8 @@ Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 file
     return 0;
 }
 
-Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                            qint64 *offset, quint64 *size)
+Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 *offset,
+                            quint64 *size)
 {
     *offset = 0;
     for (bool first = true;; first = false) {
@@ -68,13 +68,12 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
             return 0;
         }
         // An atom that runs over the end leaves no header to read behind it.
-        *offset = header.size > quint64(fileSize - *offset) ? fileSize
-                                                            : *offset + qint64(header.size);
+        *offset =
+            header.size > quint64(fileSize - *offset) ? fileSize : *offset + qint64(header.size);
     }
 }
 
-Status MovParser::parse(FileReader &reader, qint64 fileSize, MovieAtom *movie,
-                        quint64 *movieOffset)
+Status MovParser::parse(FileReader &reader, qint64 fileSize, MovieAtom *movie, quint64 *movieOffset)
 {
     FileBuffer buffer;
     qint64 offset = 0;

@@ -31,8 +31,8 @@ bool SampleSizeAtom::Sizes::read(FileBuffer &buffer, qint64 end)
 bool SampleSizeAtom::Sizes::write(FileBuffer &buffer) const
 {
     const quint32 written = constant ? count : quint32(table.size());
-    return writeBig(buffer, constant) == 0 && writeBig(buffer, written) == 0
-        && writeRows(buffer, table);
+    return writeBig(buffer, constant) == 0 && writeBig(buffer, written) == 0 &&
+           writeRows(buffer, table);
 }
 
 void SampleSizeAtom::Sizes::dump(const Dump &dump, const char *label) const
@@ -203,9 +203,8 @@ Status SampleTableAtom::isSyncSample(quint32 sample, bool *result) const
     if (!result)
         return AtomError::InvalidArg;
     // The table counts from 1, so a 0 in it can never match.
-    *result = !syncSamples
-        || (sample != std::numeric_limits<quint32>::max()
-            && syncSamples->numbers.contains(sample + 1));
+    *result = !syncSamples || (sample != std::numeric_limits<quint32>::max() &&
+                               syncSamples->numbers.contains(sample + 1));
     return AtomError::Okay;
 }
 

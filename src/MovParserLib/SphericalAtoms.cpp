@@ -175,20 +175,20 @@ std::string LegacySphericalText::text() const
 {
     return "<?xml version=\"1.0\"?>"
            "<rdf:SphericalVideo xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
-           "xmlns:GSpherical=\"http://ns.google.com/videos/1.0/spherical/\">"
-        + tag("Spherical", "true") + tag("Stitched", "true")
-        + tag("StitchingSoftware", stitchingSoftware) + tag("ProjectionType", "equirectangular")
-        + tag("StereoMode", stereoMode) + tag("SourceCount", std::to_string(sourceCount))
-        + tag("InitialViewHeadingDegrees", std::to_string(initialHeading))
-        + tag("InitialViewPitchDegrees", std::to_string(initialPitch))
-        + tag("InitialViewRollDegrees", std::to_string(initialRoll)) + "</rdf:SphericalVideo>";
+           "xmlns:GSpherical=\"http://ns.google.com/videos/1.0/spherical/\">" +
+           tag("Spherical", "true") + tag("Stitched", "true") +
+           tag("StitchingSoftware", stitchingSoftware) + tag("ProjectionType", "equirectangular") +
+           tag("StereoMode", stereoMode) + tag("SourceCount", std::to_string(sourceCount)) +
+           tag("InitialViewHeadingDegrees", std::to_string(initialHeading)) +
+           tag("InitialViewPitchDegrees", std::to_string(initialPitch)) +
+           tag("InitialViewRollDegrees", std::to_string(initialRoll)) + "</rdf:SphericalVideo>";
 }
 
 bool LegacySphericalText::write(FileBuffer &buffer) const
 {
     const std::string bytes = text();
-    return buffer.write(kSphericalUuid, sizeof kSphericalUuid) == 0
-        && buffer.write(bytes.data(), quint32(bytes.size())) == 0;
+    return buffer.write(kSphericalUuid, sizeof kSphericalUuid) == 0 &&
+           buffer.write(bytes.data(), quint32(bytes.size())) == 0;
 }
 
 quint64 LegacySphericalText::size() const
@@ -208,16 +208,16 @@ void LegacySphericalText::dump(const Dump &dump, const char *) const
 
 quint32 sphericalVideoLegacyAtom::getStereoMode() const
 {
-    return text.stereoMode == "left-right" ? LeftRight
-        : text.stereoMode == "top-bottom"  ? TopBottom
-                                           : Mono;
+    return text.stereoMode == "left-right"   ? LeftRight
+           : text.stereoMode == "top-bottom" ? TopBottom
+                                             : Mono;
 }
 
 void sphericalVideoLegacyAtom::setStereoMode(quint32 stereo)
 {
-    text.stereoMode = stereo == LeftRight ? "left-right"
-        : stereo == TopBottom             ? "top-bottom"
-                                          : "mono";
+    text.stereoMode = stereo == LeftRight   ? "left-right"
+                      : stereo == TopBottom ? "top-bottom"
+                                            : "mono";
 }
 
 void sphericalVideoLegacyAtom::getInitialOrientation(float *yaw, float *pitch, float *roll) const

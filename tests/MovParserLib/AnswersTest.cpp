@@ -51,8 +51,9 @@ const Bytes kCube = fullAtom("cbmp", zeros(8));
 
 TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
 {
-    const Bytes text = "<?xml?>" + tagged("StitchingSoftware", "S1") + tagged("StereoMode", "mono")
-        + tagged("StereoMode", "left-right") + tagged("SourceCount", "6");
+    const Bytes text = "<?xml?>" + tagged("StitchingSoftware", "S1") +
+                       tagged("StereoMode", "mono") + tagged("StereoMode", "left-right") +
+                       tagged("SourceCount", "6");
     const Bytes st3d2 = fullAtom("st3d", u8(2));
     TrackParts legacyOnly;
     legacyOnly.hasTable = false;
@@ -62,8 +63,8 @@ TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
     TrackParts tagFirst = legacyOnly;
     tagFirst.extra = legacy(tagged("StereoMode", "top-bottom"));
     TrackParts topBottom = legacyOnly;
-    topBottom.extra = legacy("-" + tagged("StereoMode", "top-bottom") + '\0'
-                             + tagged("StereoMode", "mono"));
+    topBottom.extra =
+        legacy("-" + tagged("StereoMode", "top-bottom") + '\0' + tagged("StereoMode", "mono"));
     const auto described = [](const Bytes &children, const Bytes &extra = Bytes()) {
         TrackParts parts;
         parts.descriptionChildren = children;
@@ -80,23 +81,57 @@ TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
         std::array<float, 3> angles;
         Bytes tool;
     } rows[] = {
-        {"equirectangular", described(st3d2 + sv3d(prhd(0x005A0000, 0, 0) + kEqui)), 0, 1, 1,
-         {90, 0, 0}, Bytes("tool") + '\0'},
+        {"equirectangular",
+         described(st3d2 + sv3d(prhd(0x005A0000, 0, 0) + kEqui)),
+         0,
+         1,
+         1,
+         {90, 0, 0},
+         Bytes("tool") + '\0'},
         {"whole degrees toward zero",
-         described(sv3d(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui)), 0, 1, 0,
-         {90, -30, 0}, Bytes("tool") + '\0'},
-        {"cube map, top-bottom", described(sv3d(prhd(0, 0, 0) + kCube) + fullAtom("st3d", u8(1))),
-         0, 256, 2, {0, 0, 0}, Bytes("tool") + '\0'},
-        {"the last projection", described(sv3d(kEqui + kCube)), 0, 256, 0, {0, 0, 0},
+         described(sv3d(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui)),
+         0,
+         1,
+         0,
+         {90, -30, 0},
          Bytes("tool") + '\0'},
-        {"the last projection again", described(sv3d(kCube + kEqui)), 0, 1, 0, {0, 0, 0},
+        {"cube map, top-bottom",
+         described(sv3d(prhd(0, 0, 0) + kCube) + fullAtom("st3d", u8(1))),
+         0,
+         256,
+         2,
+         {0, 0, 0},
          Bytes("tool") + '\0'},
-        {"another projection", described(sv3d(kEqui + atom("mshp", "abc"))), 0, 0, 0, {0, 0, 0},
+        {"the last projection",
+         described(sv3d(kEqui + kCube)),
+         0,
+         256,
+         0,
+         {0, 0, 0},
+         Bytes("tool") + '\0'},
+        {"the last projection again",
+         described(sv3d(kCube + kEqui)),
+         0,
+         1,
+         0,
+         {0, 0, 0},
+         Bytes("tool") + '\0'},
+        {"another projection",
+         described(sv3d(kEqui + atom("mshp", "abc"))),
+         0,
+         0,
+         0,
+         {0, 0, 0},
          Bytes("tool") + '\0'},
         {"the last sphere", described(sv3d(kEqui) + atom("sv3d", "")), 0, 0, 0, {0, 0, 0}, ""},
         {"an unknown stereo mode", described(fullAtom("st3d", u8(3))), 0, 0, 0, {0, 0, 0}, ""},
-        {"a tool without terminator", described(atom("sv3d", fullAtom("svhd", "ab"))), 0, 0, 0,
-         {0, 0, 0}, "ab"},
+        {"a tool without terminator",
+         described(atom("sv3d", fullAtom("svhd", "ab"))),
+         0,
+         0,
+         0,
+         {0, 0, 0},
+         "ab"},
         {"a description silences the text", described("", legacy(text)), 0, 0, 0, {0, 0, 0}, ""},
         {"the first text alone", legacyOnly, 0, 1, 1, {0, 0, 0}, "S1"},
         {"text up to its zero byte", topBottom, 0, 1, 2, {0, 0, 0}, ""},
@@ -128,8 +163,8 @@ TEST_F(Answers, SettersAreReadBack)
 {
     Opened file(movie(track()));
     TrackAtom track = *file.reader.movie().tracks[0];
-    ASSERT_EQ(track.setProjection(CubeMap) | track.setStereoMode(TopBottom)
-                  | track.setInitialOrientation(200, -100, -12.5F) | track.setWritingTool("pen"),
+    ASSERT_EQ(track.setProjection(CubeMap) | track.setStereoMode(TopBottom) |
+                  track.setInitialOrientation(200, -100, -12.5F) | track.setWritingTool("pen"),
               0U);
     MovieAtom written;
     written.tracks.push_back(Owned<TrackAtom>::make(track));
@@ -178,8 +213,8 @@ TEST_F(Answers, FrameRatesComeFromDurationAndCount)
         return stsd(videoEntry("")) + fullAtom("stsz", u32(1) + u32(count));
     };
     const auto edit = [](quint32 duration, qint32 mediaTime) {
-        return atom("edts", fullAtom("elst", u32(1) + u32(duration) + u32(quint32(mediaTime))
-                                                 + u32(65536)));
+        return atom("edts", fullAtom("elst", u32(1) + u32(duration) + u32(quint32(mediaTime)) +
+                                                 u32(65536)));
     };
     const struct
     {
@@ -226,8 +261,8 @@ TEST_F(Answers, TheFirstVideoTrackAnswersAndItsAbsenceHasCodes)
     sound.mediaHeader = fullAtom("smhd", zeros(4));
     sound.tables = stsd("", 0);
     TrackParts large;
-    large.tables = stsd(videoEntry("", 3840, 1920) + videoEntry("", 1, 1), 2)
-        + fullAtom("stsz", u32(0) + u32(0));
+    large.tables = stsd(videoEntry("", 3840, 1920) + videoEntry("", 1, 1), 2) +
+                   fullAtom("stsz", u32(0) + u32(0));
     quint32 width = 9;
     quint32 height = 9;
     const Opened both(movie(track(sound) + track(large) + track()));
@@ -265,11 +300,12 @@ TEST_F(Answers, TheFirstVideoTrackAnswersAndItsAbsenceHasCodes)
 TEST_F(Answers, TheMakerIsKnownByNameFirmwareOrTool)
 {
     const auto meta = [](const Bytes &handler, const Bytes &item, quint32 kind, const Bytes &text) {
-        return atom("meta", zeros(4) + atom("hdlr", zeros(8) + handler + zeros(13))
-                                + atom("ilst", atom("\xA9xyz", "skipped")
-                                                   + atom(item, atom("junk", "")
-                                                              + atom("data", u32(kind) + zeros(4)
-                                                                                 + text))));
+        return atom(
+            "meta",
+            zeros(4) + atom("hdlr", zeros(8) + handler + zeros(13)) +
+                atom("ilst",
+                     atom("\xA9xyz", "skipped") +
+                         atom(item, atom("junk", "") + atom("data", u32(kind) + zeros(4) + text))));
     };
     const Bytes tool = "\xA9too";
     const Bytes plain = Bytes("VideoHandler") + '\0';
@@ -307,8 +343,8 @@ TEST_F(Answers, TheMakerIsKnownByNameFirmwareOrTool)
         SCOPED_TRACE(row.what);
         TrackParts parts;
         parts.name = row.name;
-        const Opened file(movie(track(parts)
-                                + (row.userData.empty() ? Bytes() : atom("udta", row.userData))));
+        const Opened file(
+            movie(track(parts) + (row.userData.empty() ? Bytes() : atom("udta", row.userData))));
         ASSERT_EQ(file.status, 0U);
         bool maker = !row.maker;
         EXPECT_EQ(file.reader.isOrvexFile(&maker), row.status);
@@ -323,11 +359,11 @@ TEST_F(Answers, CameraAtomsAreHandedOut)
         manyTags += u32(1000 + i);
     // Bits 0 to 31 and 64 to 83, then two words.
     const Bytes settings = hex("12 34 b5 5b ffffffff da9b3000 00000007 00000008");
-    const Bytes camera = atom("FRMW", "1.2") + atom("CAMR", "\x01\x02") + atom("STNG", settings)
-        + atom("LNSD", "ABC") + atom("Lnsd", "XYZ") + atom("VFD", "wide")
-        + atom("RGUI", u64(1) + u8(2) + "abc" + u16(4) + u16(5))
-        + atom("RGSI", u64(6) + u32(7) + u16(8) + u16(0)) + atom("TGMK", manyTags)
-        + atom("UMID", "id") + atom("junk", "1") + atom("junk", "22");
+    const Bytes camera = atom("FRMW", "1.2") + atom("CAMR", "\x01\x02") + atom("STNG", settings) +
+                         atom("LNSD", "ABC") + atom("Lnsd", "XYZ") + atom("VFD", "wide") +
+                         atom("RGUI", u64(1) + u8(2) + "abc" + u16(4) + u16(5)) +
+                         atom("RGSI", u64(6) + u32(7) + u16(8) + u16(0)) + atom("TGMK", manyTags) +
+                         atom("UMID", "id") + atom("junk", "1") + atom("junk", "22");
     const Opened file(movie(track() + atom("udta", camera)));
     const MovFileReader &reader = file.reader;
     const char *text = nullptr;
@@ -373,12 +409,15 @@ TEST_F(Answers, CameraAtomsAreHandedOut)
     const Opened empty(movie(track()));
     EXPECT_EQ(empty.reader.getFirmware(&text), 0U);
     EXPECT_EQ(text, nullptr);
-    const Status missing[] = {
-        empty.reader.getCameraId(&block, &value), empty.reader.getLensVendor(&letter),
-        empty.reader.getFov(&fov), empty.reader.getSettings(&bits),
-        empty.reader.getRigUniqueId(&rig), empty.reader.getRigShotId(&shot),
-        empty.reader.getMediaUniqueId(&block, &value), empty.reader.getSpotmarkTag(0, &value),
-        empty.reader.getUnparsed(fourcc("junk"), nullptr, 0, &written)};
+    const Status missing[] = {empty.reader.getCameraId(&block, &value),
+                              empty.reader.getLensVendor(&letter),
+                              empty.reader.getFov(&fov),
+                              empty.reader.getSettings(&bits),
+                              empty.reader.getRigUniqueId(&rig),
+                              empty.reader.getRigShotId(&shot),
+                              empty.reader.getMediaUniqueId(&block, &value),
+                              empty.reader.getSpotmarkTag(0, &value),
+                              empty.reader.getUnparsed(fourcc("junk"), nullptr, 0, &written)};
     for (const Status status : missing)
         EXPECT_EQ(status, 3U);
 }
@@ -389,13 +428,13 @@ TEST_F(Answers, SoundAndOtherTracksAreDescribed)
         TrackParts parts;
         parts.handler = "soun";
         parts.mediaHeader = fullAtom("smhd", zeros(4));
-        parts.tables = stsd(atom("mp4a", zeros(6) + u16(1) + u16(version) + zeros(6) + u16(2)
-                                             + u16(16) + u16(id) + u16(0) + u32(48000U << 16)
-                                             + more));
+        parts.tables =
+            stsd(atom("mp4a", zeros(6) + u16(1) + u16(version) + zeros(6) + u16(2) + u16(16) +
+                                  u16(id) + u16(0) + u32(48000U << 16) + more));
         return parts;
     };
-    const Bytes second = u32(72) + hex("40f7700000000000") + u32(6) + u32(0x7F000000) + u32(24)
-        + u32(0) + u32(18) + u32(1);
+    const Bytes second = u32(72) + hex("40f7700000000000") + u32(6) + u32(0x7F000000) + u32(24) +
+                         u32(0) + u32(18) + u32(1);
     const struct
     {
         TrackParts parts;
@@ -417,8 +456,8 @@ TEST_F(Answers, SoundAndOtherTracksAreDescribed)
         quint32 bits = 0;
         quint32 other = 0;
         double rate = 0;
-        EXPECT_EQ(stsdAtom.getChannelCount(&channels) | stsdAtom.getSampleRate(&rate)
-                      | stsdAtom.getBitsPerSample(&bits),
+        EXPECT_EQ(stsdAtom.getChannelCount(&channels) | stsdAtom.getSampleRate(&rate) |
+                      stsdAtom.getBitsPerSample(&bits),
                   0U);
         EXPECT_EQ(channels, row.channels);
         EXPECT_EQ(rate, row.rate);

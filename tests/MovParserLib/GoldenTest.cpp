@@ -20,16 +20,16 @@ std::string fieldsOf(T &thing, const Bytes &bytes)
     Bytes copy = bytes;
     FileBuffer buffer;
     std::string text;
-    if (buffer.attach(quint32(copy.size()), copy.data()) || thing.read(buffer)
-        || buffer.position() != qint64(copy.size()))
+    if (buffer.attach(quint32(copy.size()), copy.data()) || thing.read(buffer) ||
+        buffer.position() != qint64(copy.size()))
         return "not read";
     thing.print(&text, 0);
     std::string joined;
     const char *behind = std::is_base_of_v<MovAtom, T> ? "Type: " : "DataReferenceIndex: ";
     size_t at = text.find("\r\n", text.find(behind)) + 2;
     for (size_t end; (end = text.find("\r\n", at)) != std::string::npos; at = end + 2) {
-        const std::string line = text.substr(text.rfind('\t', end) + 1,
-                                             end - text.rfind('\t', end) - 1);
+        const std::string line =
+            text.substr(text.rfind('\t', end) + 1, end - text.rfind('\t', end) - 1);
         if (line.find("*****") == std::string::npos)
             joined += (joined.empty() ? "" : "|") + line;
     }
@@ -83,9 +83,9 @@ void check(const std::vector<Row> &rows, const char *fullHead)
             payload.replace(at, 1, kMatrix);
         for (size_t at; (at = fields.find("<matrix>")) != std::string::npos;)
             fields.replace(at, 8, kMatrixText);
-        const Bytes head = row.fields[0] == '@' ? hex("01020304 00000005 00000006")
-            : row.fields[0] == '#'              ? hex(fullHead)
-                                                : Bytes();
+        const Bytes head = row.fields[0] == '@'   ? hex("01020304 00000005 00000006")
+                           : row.fields[0] == '#' ? hex(fullHead)
+                                                  : Bytes();
         EXPECT_EQ(row.read(atom(row.type, head + hex(payload.c_str()))), fields);
     }
 }
@@ -117,8 +117,7 @@ TEST(Golden, FieldsStandWhereTheFormatPutsThem)
             {"elst", reads<EditListAtom>(), "00000001 00000002 ffffffff 00010000",
              "#NumberOfEntries: 1|EditListTable: (TrackDuration, MediaTime, MediaRate)|"
              "2,-1,65536  "},
-            {"hint", reads<TrackReferenceTypeAtom>(), "00000001 00000002 0003",
-             "TrackIDs: 1, 2, "},
+            {"hint", reads<TrackReferenceTypeAtom>(), "00000001 00000002 0003", "TrackIDs: 1, 2, "},
             {"vmhd", reads<VideoMediaInformationHeaderAtom>(), "0001 0002 0003 0004",
              "#GraphicsMode: 1|OpColor: 2 3 4"},
             {"smhd", reads<SoundMediaInformationHeaderAtom>(), "0001 0002",
@@ -225,9 +224,10 @@ TEST(Golden, EntriesOfDescriptionsStandWhereTheFormatPutsThem)
         {"lpcm", reads<SoundSampleDescription>(),
          "0002 0000 00000000 0003 0010 fffe 0000 00010000 00000048 40f7700000000000 00000006 "
          "7f000000 00000018 00000009 00000012 00000001",
-         "Version: 2|RevisionLevel: 0|Vendor: " "\0" "|"},
-        {"tmcd", reads<TimeCodeSampleDescription>(),
-         "00000001 00000002 00000003 00000004 05 00",
+         "Version: 2|RevisionLevel: 0|Vendor: "
+         "\0"
+         "|"},
+        {"tmcd", reads<TimeCodeSampleDescription>(), "00000001 00000002 00000003 00000004 05 00",
          "Reserved1: 1|Flags: 2|TimeScale: 3|FrameDuration: 4|NumberOfFrames: 5|No Name Supplied"},
         {"text", reads<TextSampleDescription>(),
          "00000001 00000002 0003 0004 0005 0006 0007 0008 0009 000000000000000a 000b 000c 00 0000 "
@@ -239,8 +239,7 @@ TEST(Golden, EntriesOfDescriptionsStandWhereTheFormatPutsThem)
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.type);
-        const std::string dump = row.read(
-            atom(row.type, hex(head) + hex(row.payload)));
+        const std::string dump = row.read(atom(row.type, hex(head) + hex(row.payload)));
         if (std::string(row.type) != "lpcm") {
             EXPECT_EQ(dump, row.fields);
             continue;

@@ -88,17 +88,18 @@ TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
         {"hevc.mp4", "24", "-c:v libx265 -x265-params log-level=none -tag:v hvc1 -c:a aac"},
         {"prores.mov", "50", "-c:v prores_ks -c:a pcm_s24le"},
         {"timecode.mov", "25", "-c:v libx264 -c:a aac -timecode 01:00:00:00"},
-        {"edits.mp4", "25", "-output_ts_offset 2 -c:v libx264 -bf 2 -c:a aac -video_track_timescale 600"},
+        {"edits.mp4", "25",
+         "-output_ts_offset 2 -c:v libx264 -bf 2 -c:a aac -video_track_timescale 600"},
         {"mpeg4.mov", "10", "-c:v mpeg4 -c:a pcm_f32le -ar 96000"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
-        const QString path = make(QLatin1String(row.name), QLatin1String(row.options),
-                                  QLatin1String(row.rate));
+        const QString path =
+            make(QLatin1String(row.name), QLatin1String(row.options), QLatin1String(row.rate));
         MovFileReader reader;
         ASSERT_EQ(reader.open(path), 0U);
-        const QStringList expected = probe(path, QStringLiteral("v:0"),
-                                           QStringLiteral("width,height,nb_read_packets"));
+        const QStringList expected =
+            probe(path, QStringLiteral("v:0"), QStringLiteral("width,height,nb_read_packets"));
         ASSERT_EQ(expected.size(), 3);
         quint32 width = 0;
         quint32 height = 0;
@@ -109,7 +110,8 @@ TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
         double rate = 0;
         ASSERT_EQ(reader.getFrameRate(&rate), 0U);
         const QStringList fraction = QString::fromLatin1(row.rate).split(QLatin1Char('/'));
-        EXPECT_NEAR(rate, fraction[0].toDouble() / fraction.value(1, QStringLiteral("1")).toDouble(),
+        EXPECT_NEAR(rate,
+                    fraction[0].toDouble() / fraction.value(1, QStringLiteral("1")).toDouble(),
                     0.0005);
         bool maker = true;
         ASSERT_EQ(reader.isOrvexFile(&maker), 0U);
@@ -151,10 +153,10 @@ TEST_F(MediaFiles, ATextTrackIsDescribed)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("1\n00:00:00,000 --> 00:00:01,000\nHello\n");
     file.close();
-    const QString path = make(QStringLiteral("text.mov"),
-                              QStringLiteral("-i %1 -map 0:v -map 2:s -c:v libx264 -c:s mov_text")
-                                  .arg(subtitles),
-                              QStringLiteral("25"));
+    const QString path =
+        make(QStringLiteral("text.mov"),
+             QStringLiteral("-i %1 -map 0:v -map 2:s -c:v libx264 -c:s mov_text").arg(subtitles),
+             QStringLiteral("25"));
     MovFileReader reader;
     ASSERT_EQ(reader.open(path), 0U);
     ASSERT_EQ(reader.getTrackCount(), 2U);
@@ -164,23 +166,23 @@ TEST_F(MediaFiles, ATextTrackIsDescribed)
     const SampleTableAtom *table = nullptr;
     ASSERT_EQ(reader.getSampleTable(TrackSelector::byIndex(1), &table), 0U);
     EXPECT_EQ(table->descriptions.entries.rows.size(), 1U);
-    EXPECT_NE(dynamic_cast<const TextSampleDescription *>(
-                  table->descriptions.entries.rows[0].get()),
-              nullptr);
+    EXPECT_NE(
+        dynamic_cast<const TextSampleDescription *>(table->descriptions.entries.rows[0].get()),
+        nullptr);
 }
 
 TEST_F(MediaFiles, TheSphereThatFfmpegCopiesIsRead)
 {
     // ffmpeg writes these atoms for a stream that came with them: ours come first.
-    const QString plain = make(QStringLiteral("plain.mp4"),
-                               QStringLiteral("-c:v libx264 -an"), QStringLiteral("25"));
+    const QString plain =
+        make(QStringLiteral("plain.mp4"), QStringLiteral("-c:v libx264 -an"), QStringLiteral("25"));
     MovFileReader reader;
     ASSERT_EQ(reader.open(plain), 0U);
     MovieAtom movie = reader.movie();
-    ASSERT_EQ(movie.tracks[0]->setProjection(Equirectangular)
-                  | movie.tracks[0]->setStereoMode(TopBottom)
-                  | movie.tracks[0]->setInitialOrientation(30, -20, 10)
-                  | movie.tracks[0]->setWritingTool("builder"),
+    ASSERT_EQ(movie.tracks[0]->setProjection(Equirectangular) |
+                  movie.tracks[0]->setStereoMode(TopBottom) |
+                  movie.tracks[0]->setInitialOrientation(30, -20, 10) |
+                  movie.tracks[0]->setWritingTool("builder"),
               0U);
     // The movie stands behind the media, so it may grow in place.
     QFile file(plain);
@@ -193,8 +195,8 @@ TEST_F(MediaFiles, TheSphereThatFfmpegCopiesIsRead)
     ASSERT_EQ(movie.write(buffer), 0U);
     ASSERT_EQ(file.write(bytes.data(), qint64(bytes.size())), qint64(bytes.size()));
     file.close();
-    const QString sideData = run(QStringLiteral("ffprobe"),
-                                 QStringLiteral("-v error -show_streams %1").arg(plain));
+    const QString sideData =
+        run(QStringLiteral("ffprobe"), QStringLiteral("-v error -show_streams %1").arg(plain));
     EXPECT_TRUE(sideData.contains(QStringLiteral("projection=equirectangular"))) << "by ffprobe";
     EXPECT_TRUE(sideData.contains(QStringLiteral("type=top and bottom"))) << "by ffprobe";
     EXPECT_TRUE(sideData.contains(QStringLiteral("yaw=30"))) << sideData.toStdString();
@@ -221,8 +223,8 @@ TEST_F(MediaFiles, TheSphereThatFfmpegCopiesIsRead)
 
 TEST_F(MediaFiles, FiveGigabytesOpenAtTheirMovie)
 {
-    const QString small = make(QStringLiteral("small.mp4"),
-                               QStringLiteral("-c:v libx264 -an"), QStringLiteral("25"));
+    const QString small =
+        make(QStringLiteral("small.mp4"), QStringLiteral("-c:v libx264 -an"), QStringLiteral("25"));
     MovFileReader reader;
     ASSERT_EQ(reader.open(small), 0U);
     MovieAtom movie = reader.movie();

@@ -58,8 +58,8 @@ Bytes fullAtom(const Bytes &type, const Bytes &payload)
 
 Bytes videoEntry(const Bytes &children, unsigned width, unsigned height)
 {
-    return atom("avc1", zeros(6) + u16(1) + zeros(16) + u16(width) + u16(height) + zeros(50)
-                            + children);
+    return atom("avc1",
+                zeros(6) + u16(1) + zeros(16) + u16(width) + u16(height) + zeros(50) + children);
 }
 
 Bytes stsd(const Bytes &entry, quint32 count)
@@ -69,24 +69,24 @@ Bytes stsd(const Bytes &entry, quint32 count)
 
 Bytes defaultTables(const Bytes &descriptionChildren)
 {
-    return stsd(videoEntry(descriptionChildren)) + fullAtom("stts", u32(1) + u32(3) + u32(100))
-        + fullAtom("stsz", u32(0) + u32(3) + u32(10) + u32(20) + u32(30))
-        + fullAtom("stsc", u32(1) + u32(1) + u32(3) + u32(1))
-        + fullAtom("stco", u32(1) + u32(4096));
+    return stsd(videoEntry(descriptionChildren)) + fullAtom("stts", u32(1) + u32(3) + u32(100)) +
+           fullAtom("stsz", u32(0) + u32(3) + u32(10) + u32(20) + u32(30)) +
+           fullAtom("stsc", u32(1) + u32(1) + u32(3) + u32(1)) +
+           fullAtom("stco", u32(1) + u32(4096));
 }
 
 Bytes track(const TrackParts &parts)
 {
-    const Bytes tables = parts.tables.empty() ? defaultTables(parts.descriptionChildren)
-                                              : parts.tables;
-    const Bytes minf = atom("minf",
-                            parts.mediaHeader + (parts.hasTable ? atom("stbl", tables) : Bytes()));
+    const Bytes tables =
+        parts.tables.empty() ? defaultTables(parts.descriptionChildren) : parts.tables;
+    const Bytes minf =
+        atom("minf", parts.mediaHeader + (parts.hasTable ? atom("stbl", tables) : Bytes()));
     const Bytes media = atom(
-        "mdia",
-        fullAtom("mdhd", zeros(8) + u32(parts.timeScale) + u32(parts.duration) + zeros(4))
-            + fullAtom("hdlr", code("mhlr") + code(parts.handler) + zeros(12) + parts.name) + minf);
-    const Bytes header = fullAtom("tkhd", zeros(8) + u32(parts.id) + zeros(4) + u32(parts.duration)
-                                              + zeros(60));
+        "mdia", fullAtom("mdhd", zeros(8) + u32(parts.timeScale) + u32(parts.duration) + zeros(4)) +
+                    fullAtom("hdlr", code("mhlr") + code(parts.handler) + zeros(12) + parts.name) +
+                    minf);
+    const Bytes header =
+        fullAtom("tkhd", zeros(8) + u32(parts.id) + zeros(4) + u32(parts.duration) + zeros(60));
     return atom("trak", header + media + parts.edits + parts.extra);
 }
 
@@ -99,8 +99,8 @@ std::string fileOf(const Bytes &bytes, const char *name)
 {
     static QTemporaryDir folder;
     QFile file(folder.filePath(QString::fromLatin1(name)));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(bytes.data(), qint64(bytes.size())) != qint64(bytes.size()))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(bytes.data(), qint64(bytes.size())) != qint64(bytes.size()))
         qFatal("cannot write %s", qPrintable(file.fileName()));
     return file.fileName().toStdString();
 }

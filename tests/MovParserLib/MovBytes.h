@@ -35,10 +35,10 @@ struct TrackParts
     quint32 id = 1;
     quint32 timeScale = 1000;
     quint32 duration = 300;
-    Bytes edits;        ///< edts.
-    Bytes extra;        ///< Further children of trak.
+    Bytes edits;                                    ///< edts.
+    Bytes extra;                                    ///< Further children of trak.
     Bytes mediaHeader = fullAtom("vmhd", zeros(8)); ///< First child of minf.
-    Bytes tables;       ///< Children of stbl; by default three samples and one description.
+    Bytes tables; ///< Children of stbl; by default three samples and one description.
     Bytes descriptionChildren;
     bool hasTable = true;
 };

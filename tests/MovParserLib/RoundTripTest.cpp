@@ -86,13 +86,13 @@ void checkAll()
 
 TEST(RoundTrip, EveryAtomIsReadAsItWasWritten)
 {
-    checkAll<UnparsedAtom, FreeAtom, WideAtom, MdatAtomPrefix, MovieHeaderAtom, TrackHeaderAtom, EditListAtom,
-             EditAtom, TrackReferenceTypeAtom, TrackReferenceAtom, MediaHeaderAtom,
+    checkAll<UnparsedAtom, FreeAtom, WideAtom, MdatAtomPrefix, MovieHeaderAtom, TrackHeaderAtom,
+             EditListAtom, EditAtom, TrackReferenceTypeAtom, TrackReferenceAtom, MediaHeaderAtom,
              HandlerReferenceAtom, DataReference, DataReferenceAtom, DataInformationAtom,
              VideoMediaInformationHeaderAtom, SoundMediaInformationHeaderAtom, BaseMediaInfoAtom,
              TimeCodeMediaInformationAtom, TimeCodeMediaHandlerAtom, OVMFHandlerAtom,
-             BaseMediaInformationHeaderAtom, VideoMediaInformationAtom, SoundMediaInformationAtom, BaseMediaInformationAtom,
-             MediaAtom, TrackAtom, MovieAtom>();
+             BaseMediaInformationHeaderAtom, VideoMediaInformationAtom, SoundMediaInformationAtom,
+             BaseMediaInformationAtom, MediaAtom, TrackAtom, MovieAtom>();
     checkAll<SampleSizeAtom, SampleToChunkAtom, ChunkOffsetAtom, TimeToSampleAtom,
              CompositionOffsetsAtom, SyncSampleAtom, SampleDependenciesAtom, SampleTableAtom,
              SampleDescriptionAtom>();

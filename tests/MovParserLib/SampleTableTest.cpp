@@ -25,7 +25,8 @@ const Bytes kCtts = fullAtom("ctts", u32(2) + u32(1) + u32(7) + u32(2) + u32(qui
 const Bytes kStsz = fullAtom("stsz", u32(0) + u32(5) + u32(1) + u32(2) + u32(3) + u32(4) + u32(5));
 const Bytes kStsc = fullAtom("stsc", u32(2) + u32(1) + u32(2) + u32(1) + u32(2) + u32(3) + u32(1));
 const Bytes kStco = fullAtom("stco", u32(2) + u32(100) + u32(200));
-const Bytes kAll = kStts + kCtts + kStsz + kStsc + kStco + fullAtom("stss", u32(2) + u32(1) + u32(4));
+const Bytes kAll =
+    kStts + kCtts + kStsz + kStsc + kStco + fullAtom("stss", u32(2) + u32(1) + u32(4));
 
 } // namespace
 
@@ -42,9 +43,12 @@ TEST(SampleTable, AnswersForEachSample)
         qint64 decode;
         bool sync;
     } rows[] = {
-        {0, 0, 100, 1, 7, 0, true},    {1, 0, 101, 2, 6, 10, false},
-        {2, 0, 200, 3, 16, 20, false}, {3, 0, 203, 4, 130, 30, true}, // Behind ctts: 100 was there.
-        {4, 0, 207, 5, 135, 35, false}, {5, 1, 0, 0, 0, 0, false},
+        {0, 0, 100, 1, 7, 0, true},
+        {1, 0, 101, 2, 6, 10, false},
+        {2, 0, 200, 3, 16, 20, false},
+        {3, 0, 203, 4, 130, 30, true}, // Behind ctts: 100 was there.
+        {4, 0, 207, 5, 135, 35, false},
+        {5, 1, 0, 0, 0, 0, false},
         {0xFFFFFFFF, 1, 0, 0, 0, 0, false},
     };
     for (const auto &row : rows) {
@@ -78,8 +82,9 @@ TEST(SampleTable, FindsSamplesByTime)
         qint64 time;
         Status status;
         quint32 sample;
-    } rows[] = {{0, 0, 0},  {9, 0, 0},  {10, 0, 1}, {29, 0, 2}, {30, 0, 3}, {34, 0, 3},
-                {39, 0, 4}, {40, 1, 0}, {-1, 1, 0}, {std::numeric_limits<qint64>::max(), 1, 0}};
+    } rows[] = {
+        {0, 0, 0},  {9, 0, 0},  {10, 0, 1}, {29, 0, 2}, {30, 0, 3},
+        {34, 0, 3}, {39, 0, 4}, {40, 1, 0}, {-1, 1, 0}, {std::numeric_limits<qint64>::max(), 1, 0}};
     for (const auto &row : rows) {
         quint32 sample = 0;
         EXPECT_EQ(table.getSampleAtTime(row.time, &sample), row.status) << row.time;
@@ -96,7 +101,9 @@ TEST(SampleTable, PlacesSamplesInChunks)
     const auto stsc = [](const Bytes &rows) {
         return fullAtom("stsc", u32(quint32(rows.size() / 12)) + rows) + kStsz + kStco;
     };
-    const auto run = [](quint32 chunk, quint32 samples) { return u32(chunk) + u32(samples) + u32(1); };
+    const auto run = [](quint32 chunk, quint32 samples) {
+        return u32(chunk) + u32(samples) + u32(1);
+    };
     const struct
     {
         const char *what;
@@ -113,15 +120,18 @@ TEST(SampleTable, PlacesSamplesInChunks)
         {"last chunk reaches on", stsc(run(1, 2)), 3, 0, 203},
         {"chunks going back", stsc(run(2, 1) + run(1, 1)), 0, 0, 200},
         {"size behind the table", stsc(run(1, 100)), 6, 1, 0},
-        {"wide offsets", fullAtom("co64", u32(1) + u64(quint64(1) << 40)) + kStsz
-             + fullAtom("stsc", u32(1) + run(1, 5)), 1, 0, (quint64(1) << 40) + 1},
-        {"constant size", fullAtom("stsz", u32(8) + u32(1)) + kStco
-             + fullAtom("stsc", u32(1) + run(1, 0xFFFFFFFF)), 0x10000000, 0, 100 + 0x80000000ULL},
+        {"wide offsets",
+         fullAtom("co64", u32(1) + u64(quint64(1) << 40)) + kStsz +
+             fullAtom("stsc", u32(1) + run(1, 5)),
+         1, 0, (quint64(1) << 40) + 1},
+        {"constant size",
+         fullAtom("stsz", u32(8) + u32(1)) + kStco + fullAtom("stsc", u32(1) + run(1, 0xFFFFFFFF)),
+         0x10000000, 0, 100 + 0x80000000ULL},
     };
     for (const auto &row : rows) {
         quint64 offset = 0;
-        EXPECT_EQ(tableOf(row.tables).getSampleLocation(row.sample, &offset, nullptr, nullptr,
-                                                        nullptr, nullptr),
+        EXPECT_EQ(tableOf(row.tables)
+                      .getSampleLocation(row.sample, &offset, nullptr, nullptr, nullptr, nullptr),
                   row.status)
             << row.what;
         EXPECT_EQ(offset, row.offset) << row.what;
@@ -194,8 +204,8 @@ TEST(SampleTable, SamplesAreReadFromTheFile)
     TrackParts parts;
     parts.id = 9;
     const Bytes head = movie(track(parts));
-    parts.tables = stsd(videoEntry("")) + kStts + kStsz
-        + fullAtom("stsc", u32(1) + u32(1) + u32(5) + u32(1));
+    parts.tables =
+        stsd(videoEntry("")) + kStts + kStsz + fullAtom("stsc", u32(1) + u32(1) + u32(5) + u32(1));
     const auto withOffset = [&](quint32 offset) {
         TrackParts result = parts;
         result.tables += fullAtom("stco", u32(1) + u32(offset));
