@@ -3,6 +3,7 @@
 // The definitions behind AtomOf.h and Coding.h; only the sources of the atom families include
 // them, and each instantiates its classes once, at its end.
 
+#include "MovParserLib/ChildReaders.h"
 #include "MovParserLib/Coding.h"
 #include "MovParserLib/FieldVisitors.h"
 
