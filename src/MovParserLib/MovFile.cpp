@@ -47,10 +47,11 @@ public:
         }
         return false;
     }
+    /// Up to a zero byte, at most @p count bytes.
     std::string text(size_t at, size_t count) const
     {
-        const std::string all(m_bytes.begin() + qint64(at), m_bytes.begin() + qint64(at + count));
-        return all.c_str(); // Up to a terminator.
+        const auto begin = m_bytes.begin() + qint64(at);
+        return std::string(begin, std::find(begin, begin + qint64(count), quint8(0)));
     }
 
 private:

@@ -9,6 +9,10 @@ namespace {
 constexpr qint64 kHeaderSize = 8;
 constexpr qint64 kLargeHeaderSize = 16;
 
+// A file full of empty atoms would keep whoever opens it waiting for minutes; real ones have a
+// handful of atoms in front of their movie.
+constexpr int kMostTopLevelAtoms = 1 << 17;
+
 bool mayBeFirst(FourCC type)
 {
     constexpr FourCC types[] = {fourcc("ftyp"), fourcc("moov"), fourcc("free"), fourcc("wide"),
@@ -47,7 +51,7 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
                             quint64 *size)
 {
     *offset = 0;
-    for (bool first = true;; first = false) {
+    for (int count = 0; count < kMostTopLevelAtoms; ++count) {
         Header header;
         if (const Status status = readHeader(reader, buffer, fileSize, *offset, &header)) {
             reportOnly(WalkDomain, status);
@@ -59,7 +63,7 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
             reportOnly(WalkDomain, ParserError::MissingMovieHeader);
             return ParserError::MissingMovieHeader;
         }
-        if (first && !mayBeFirst(header.type)) {
+        if (count == 0 && !mayBeFirst(header.type)) {
             reportOnly(WalkDomain, ParserError::FileNotCompatible);
             return ParserError::MissingMovieHeader;
         }
@@ -71,6 +75,8 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
         *offset =
             header.size > quint64(fileSize - *offset) ? fileSize : *offset + qint64(header.size);
     }
+    reportOnly(WalkDomain, ParserError::MissingMovieHeader);
+    return ParserError::MissingMovieHeader;
 }
 
 Status MovParser::parse(FileReader &reader, qint64 fileSize, MovieAtom *movie, quint64 *movieOffset)

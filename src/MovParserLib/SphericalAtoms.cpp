@@ -19,7 +19,8 @@ constexpr quint8 kSphericalUuid[16] = {0xFF, 0xCC, 0x82, 0x63, 0xF8, 0x55, 0x4A,
 /// A whole number of degrees from 16.16 fixed point, as float.
 float wholeDegrees(qint32 value)
 {
-    return float(value / kFixedOne);
+    const qint32 whole = value / kFixedOne;
+    return float(whole);
 }
 
 /// NaN counts as 0.
@@ -129,7 +130,7 @@ void sphericalVideoAtom::setInitialOrientation(float yaw, float pitch, float rol
 
 void sphericalVideoAtom::setWritingTool(const std::string &tool)
 {
-    header.metadataSource.text = tool.c_str();
+    header.metadataSource.text = tool.substr(0, tool.find('\0'));
     header.metadataSource.text.push_back('\0');
 }
 
