@@ -6,10 +6,11 @@ namespace Orvex::MovParserLib {
 
 namespace {
 
-// Where no atoms overlap every byte is read about once, and a header is looked at by the at most
-// nine searches of its parent. Overlapping atoms get this far and no further.
+// Where no atoms overlap every byte is read about once, and a header, which takes eight bytes, is
+// looked at by the at most ten searches of its parent and by its own reading. Overlapping atoms get
+// this far and no further.
 constexpr quint64 kReadsOfEachByte = 4;
-constexpr quint64 kVisitsForEachByte = 8;
+constexpr quint64 kVisitsForEachByte = 2;
 constexpr quint64 kVisitsAtLeast = 64;
 
 } // namespace
