@@ -112,6 +112,7 @@ bool FileBuffer::spend(quint64 &left, quint64 amount)
         return true;
     if (amount > left) {
         left = 0;
+        m_limitReached = true;
         return false;
     }
     left -= amount;
@@ -273,6 +274,7 @@ void FileBuffer::limitParsing(quint64 bytes, quint64 visits)
 {
     m_bytesLeft = bytes;
     m_visitsLeft = visits;
+    m_limitReached = false;
 }
 
 } // namespace Orvex::MovParserLib

@@ -20,7 +20,12 @@ Status MovieAtom::read(FileBuffer &buffer)
     header = MovieHeaderAtom();
     const auto size = quint64(buffer.dataSize());
     buffer.limitParsing(kReadsOfEachByte * size, kVisitsForEachByte * size + kVisitsAtLeast);
-    const Status status = AtomOf::read(buffer);
+    const qint64 start = buffer.position();
+    Status status = AtomOf::read(buffer);
+    if (buffer.parseLimitReached()) {
+        buffer.seek(start, FromStart);
+        status = AtomError::AtomReadFailed;
+    }
     buffer.unlimitParsing();
     return status;
 }
