@@ -14,6 +14,7 @@ MOVIES = {
     "prores_pcm.mov": "-c:v prores_ks -c:a pcm_s24le",
     "timecode.mov": "-c:v libx264 -c:a aac -timecode 01:00:00:00",
     "chapters.mp4": "-c:v libx264 -an -chapters",
+    "text.mov": "-map 0:v -map 2:s -c:v libx264 -c:s mov_text -subtitles",
     "pcm_float.mov": "-vn -c:a pcm_f64le -ar 96000",
 }
 
@@ -48,6 +49,12 @@ def by_ffmpeg(name, options, folder):
             file.write(";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/10\nSTART=0\nEND=3\ntitle=One\n")
         inputs += f" -i {chapters} -map_metadata 2 -map_chapters 2"
         options = options.replace(" -chapters", "")
+    if options.endswith("-subtitles"):
+        subtitles = os.path.join(folder, "lines.srt")
+        with open(subtitles, "w", encoding="ascii") as file:
+            file.write("1\n00:00:00,000 --> 00:00:01,000\nHello\n")
+        inputs += f" -i {subtitles}"
+        options = options.replace(" -subtitles", "")
     subprocess.run(f"ffmpeg -v error -y {inputs} {options} {path}".split(), check=True)
     with open(path, "rb") as file:
         return without_media(file.read())
@@ -87,6 +94,8 @@ def by_hand():
     return {
         "spherical.mp4": atom(b"ftyp", b"isom") + atom(
             b"moov", full(b"mvhd", bytes(96)), track([full(b"st3d", b"\2"), sphere])),
+        "wide.mp4": atom(b"wide") + struct.pack(">I4sQ", 1, b"mdat", 24) + bytes(8) + atom(
+            b"moov", track([])),
         "cube.mp4": atom(b"moov", track([cube, bytes(4)])),
         "legacy.mp4": atom(b"moov", track([], atom(b"uuid", bytes(16), xml))),
         "camera.mp4": atom(b"free", bytes(3)) + atom(

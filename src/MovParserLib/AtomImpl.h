@@ -3,6 +3,7 @@
 // The definitions behind AtomOf.h and Coding.h; only the sources of the atom families include
 // them, and each instantiates its classes once, at its end.
 
+#include "MovParserLib/ChildReaders.h"
 #include "MovParserLib/Coding.h"
 #include "MovParserLib/FieldVisitors.h"
 
@@ -73,8 +74,8 @@ Status AtomOf<Derived, Base, kPattern>::read(FileBuffer &buffer)
     const qint64 end = start + qint64(std::min(this->size, quint64(buffer.dataSize())));
     ReadFields visitor(buffer, end);
     Derived::fields(self, visitor);
-    if (visitor.ok() && readChildren<kPattern>(self, buffer, start, this->size)
-        && self.isComplete() && seekAtomEnd(buffer, start, this->size) == 0)
+    if (visitor.ok() && readChildren<kPattern>(self, buffer, start, this->size) &&
+        self.isComplete() && seekAtomEnd(buffer, start, this->size) == 0)
         return AtomError::Okay;
     buffer.seek(start, FromStart);
     return AtomError::AtomReadFailed;

@@ -92,8 +92,7 @@ bool OrvexSpotmarkTagAtom::Tags::read(FileBuffer &buffer, qint64 end)
     count = 0;
     quint32 claimed = 0;
     std::vector<quint32> rows;
-    if (readBig(buffer, &claimed)
-        || !readRows(buffer, end, std::min(claimed, kMostTags), &rows))
+    if (readBig(buffer, &claimed) || !readRows(buffer, end, std::min(claimed, kMostTags), &rows))
         return false;
     count = quint32(rows.size());
     std::copy(rows.begin(), rows.end(), times.begin());
@@ -103,8 +102,8 @@ bool OrvexSpotmarkTagAtom::Tags::read(FileBuffer &buffer, qint64 end)
 bool OrvexSpotmarkTagAtom::Tags::write(FileBuffer &buffer) const
 {
     const auto last = times.begin() + std::min(count, kMostTags);
-    return writeBig(buffer, count) == 0
-        && writeRows(buffer, std::vector<quint32>(times.begin(), last));
+    return writeBig(buffer, count) == 0 &&
+           writeRows(buffer, std::vector<quint32>(times.begin(), last));
 }
 
 void OrvexSpotmarkTagAtom::Tags::dump(const Dump &dump, const char *label) const

@@ -168,7 +168,7 @@ public:
 
     struct Tags
     {
-        quint32 count = 0; ///< At most kMostTags, whatever the file says.
+        quint32 count = 0;                          ///< At most kMostTags, whatever the file says.
         std::array<quint32, kMostTags + 1> times{}; ///< The last is always 0.
 
         bool read(FileBuffer &buffer, qint64 end);

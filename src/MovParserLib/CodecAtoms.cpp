@@ -86,9 +86,8 @@ private:
     {
         quint64 value = 0;
         for (int i = 0; i < width; ++i, ++m_position) {
-            const quint64 bit = m_position < m_bitCount
-                ? m_bytes[m_position / 8] >> (7 - m_position % 8) & 1
-                : 0;
+            const quint64 bit =
+                m_position < m_bitCount ? m_bytes[m_position / 8] >> (7 - m_position % 8) & 1 : 0;
             value = value << 1 | bit;
         }
         return value;

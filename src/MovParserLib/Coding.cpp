@@ -63,8 +63,8 @@ bool PascalText::read(FileBuffer &buffer, qint64 end)
     if (left == 0)
         return true;
     quint8 length = 0;
-    return readBig(buffer, &length) == 0
-        && readRest(buffer, std::min<quint64>(length, left - 1), &text.emplace());
+    return readBig(buffer, &length) == 0 &&
+           readRest(buffer, std::min<quint64>(length, left - 1), &text.emplace());
 }
 
 bool PascalText::write(FileBuffer &buffer) const
@@ -72,8 +72,8 @@ bool PascalText::write(FileBuffer &buffer) const
     if (!text)
         return true;
     const std::string bytes = stored();
-    return writeBig(buffer, quint8(bytes.size())) == 0
-        && buffer.write(bytes.data(), quint32(bytes.size())) == 0;
+    return writeBig(buffer, quint8(bytes.size())) == 0 &&
+           buffer.write(bytes.data(), quint32(bytes.size())) == 0;
 }
 
 void PascalText::dump(const Dump &dump, const char *label) const

@@ -23,8 +23,8 @@ bool NameAtom::LocalText::read(FileBuffer &buffer, qint64)
 
 bool NameAtom::LocalText::write(FileBuffer &buffer) const
 {
-    return writeBig(buffer, quint16(text.size())) == 0 && writeBig(buffer, language) == 0
-        && buffer.write(text.data(), quint16(text.size())) == 0;
+    return writeBig(buffer, quint16(text.size())) == 0 && writeBig(buffer, language) == 0 &&
+           buffer.write(text.data(), quint16(text.size())) == 0;
 }
 
 void NameAtom::LocalText::dump(const Dump &dump, const char *label) const
@@ -89,8 +89,8 @@ Status DescriptionOf<Derived, kPattern>::read(FileBuffer &buffer)
     ReadFields visitor(buffer, start + qint64(size));
     if (head.ok())
         Derived::fields(self, visitor);
-    if (head.ok() && visitor.ok() && readChildren<kPattern>(self, buffer, start, size)
-        && seekAtomEnd(buffer, start, size) == 0)
+    if (head.ok() && visitor.ok() && readChildren<kPattern>(self, buffer, start, size) &&
+        seekAtomEnd(buffer, start, size) == 0)
         return AtomError::Okay;
     buffer.seek(start, FromStart);
     return AtomError::AtomReadFailed;

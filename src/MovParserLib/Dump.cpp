@@ -43,7 +43,8 @@ void Dump::type(const char *label, FourCC value) const
          int(value & 0xFF));
 }
 
-void Dump::bytes(const std::string &label, const std::vector<quint8> &data, const char *format) const
+void Dump::bytes(const std::string &label, const std::vector<quint8> &data,
+                 const char *format) const
 {
     DumpRow row(*this, label);
     for (const quint8 byte : data) {

@@ -6,8 +6,8 @@ namespace Orvex::MovParserLib {
 
 Status FtypAtom::write(FileBuffer &buffer)
 {
-    if (MovAtom::write(buffer) || writeBig(buffer, majorBrand) || writeBig(buffer, minorVersion)
-        || !writeRows(buffer, compatibleBrands))
+    if (MovAtom::write(buffer) || writeBig(buffer, majorBrand) || writeBig(buffer, minorVersion) ||
+        !writeRows(buffer, compatibleBrands))
         return AtomError::AtomWriteFailed;
     return AtomError::Okay;
 }

@@ -112,6 +112,7 @@ bool FileBuffer::spend(quint64 &left, quint64 amount)
         return true;
     if (amount > left) {
         left = 0;
+        m_limitReached = true;
         return false;
     }
     left -= amount;
@@ -121,9 +122,8 @@ bool FileBuffer::spend(quint64 &left, quint64 amount)
 bool FileBuffer::holds(quint64 size) const
 {
     // The second bound matters only where a caller has set the counters by hand.
-    return size <= quint64(m_remaining)
-        && size <= m_capacity
-        && quint64(m_dataOffset) + quint64(m_position) + size <= m_capacity;
+    return size <= quint64(m_remaining) && size <= m_capacity &&
+           quint64(m_dataOffset) + quint64(m_position) + size <= m_capacity;
 }
 
 void FileBuffer::advance(qint64 count)
@@ -235,9 +235,8 @@ Status FileBuffer::prepare(quint32 size, qint64 offset, quint32 alignment)
     const quint64 pad = quint64(offset) % alignment;
     const quint64 transfer = (quint64(size) + alignment + pad - 1) / alignment * alignment;
     const bool enough = transfer == 0 || reusable(transfer);
-    if (!enough
-        && (transfer > std::numeric_limits<quint32>::max()
-            || !allocate(quint32(transfer), kSectorSize))) {
+    if (!enough && (transfer > std::numeric_limits<quint32>::max() ||
+                    !allocate(quint32(transfer), kSectorSize))) {
         drop();
         setCounters(0, 0, 0);
         return BufferError::MemAlloc;
@@ -266,16 +265,16 @@ bool FileBuffer::operator==(const FileBuffer &other) const
     if (m_dataSize != other.m_dataSize)
         return false;
     const quint64 size = quint64(m_dataSize);
-    return size == 0
-        || (m_data && other.m_data && quint64(m_dataOffset) + size <= m_capacity
-            && quint64(other.m_dataOffset) + size <= other.m_capacity
-            && std::memcmp(getData(), other.getData(), size_t(size)) == 0);
+    return size == 0 || (m_data && other.m_data && quint64(m_dataOffset) + size <= m_capacity &&
+                         quint64(other.m_dataOffset) + size <= other.m_capacity &&
+                         std::memcmp(getData(), other.getData(), size_t(size)) == 0);
 }
 
 void FileBuffer::limitParsing(quint64 bytes, quint64 visits)
 {
     m_bytesLeft = bytes;
     m_visitsLeft = visits;
+    m_limitReached = false;
 }
 
 } // namespace Orvex::MovParserLib

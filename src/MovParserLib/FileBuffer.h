@@ -125,6 +125,9 @@ public:
     /// again for each; once a limit is reached every further read() fails.
     void limitParsing(quint64 bytes, quint64 visits);
     void unlimitParsing() { limitParsing(kUnlimited, kUnlimited); }
+    /// Whether a limit has been reached since it was set: what was read then is not to be kept,
+    /// since an atom that is not found may be there.
+    bool parseLimitReached() const { return m_limitReached; }
     /// Counts one look at an atom's header; false when the limit is reached.
     [[nodiscard]] bool visit() { return spend(m_visitsLeft, 1); }
 
@@ -136,7 +139,7 @@ private:
         if (to)
             *to = from;
     }
-    static bool spend(quint64 &left, quint64 amount);
+    bool spend(quint64 &left, quint64 amount);
     bool holds(quint64 size) const;
     void advance(qint64 count);
     bool reusable(quint64 size) const;
@@ -149,6 +152,7 @@ private:
     qint64 m_dataSize = 0;
     quint64 m_bytesLeft = kUnlimited;
     quint64 m_visitsLeft = kUnlimited;
+    bool m_limitReached = false;
 };
 
 /// Reads one big-endian integer.

@@ -11,8 +11,8 @@ using FourCC = quint32;
 
 constexpr FourCC fourcc(const char (&text)[5])
 {
-    return FourCC(quint8(text[0])) << 24 | FourCC(quint8(text[1])) << 16
-        | FourCC(quint8(text[2])) << 8 | FourCC(quint8(text[3]));
+    return FourCC(quint8(text[0])) << 24 | FourCC(quint8(text[1])) << 16 |
+           FourCC(quint8(text[2])) << 8 | FourCC(quint8(text[3]));
 }
 
 } // namespace Orvex::MovParserLib

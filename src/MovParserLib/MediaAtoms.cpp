@@ -60,8 +60,8 @@ bool ComponentName::read(FileBuffer &buffer, qint64 end)
 bool ComponentName::write(FileBuffer &buffer) const
 {
     const quint32 prefix = prefixSize();
-    if ((prefix == 1 && writeBig(buffer, quint8(m_text.size())))
-        || (prefix == 2 && writeBig(buffer, quint16(m_text.size()))))
+    if ((prefix == 1 && writeBig(buffer, quint8(m_text.size()))) ||
+        (prefix == 2 && writeBig(buffer, quint16(m_text.size()))))
         return false;
     return buffer.write(m_text.data(), quint32(m_text.size())) == 0;
 }
@@ -73,8 +73,8 @@ void ComponentName::dump(const Dump &dump, const char *label) const
 
 bool DataReference::accepts(FourCC type)
 {
-    return type == fourcc("alis") || type == fourcc("rsrc") || type == fourcc("url ")
-        || type == fourcc("cios");
+    return type == fourcc("alis") || type == fourcc("rsrc") || type == fourcc("url ") ||
+           type == fourcc("cios");
 }
 
 void DataReference::dumpFields(const Dump &dump) const
@@ -103,10 +103,10 @@ bool DataReferenceAtom::Entries::read(FileBuffer &buffer, qint64)
     return true;
 }
 
-bool DataReferenceAtom::Entries::write(FileBuffer &buffer) const
+bool DataReferenceAtom::Entries::write(FileBuffer &buffer)
 {
     bool ok = writeBig(buffer, quint32(rows.size())) == 0;
-    for (DataReference entry : rows)
+    for (DataReference &entry : rows)
         ok = ok && entry.write(buffer) == 0;
     return ok;
 }

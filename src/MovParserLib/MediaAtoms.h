@@ -110,7 +110,7 @@ public:
         std::vector<DataReference> rows;
 
         bool read(FileBuffer &buffer, qint64 end);
-        bool write(FileBuffer &buffer) const;
+        bool write(FileBuffer &buffer);
         quint64 size() const;
         void dump(const Dump &dump, const char *label) const;
     } entries;
@@ -123,8 +123,7 @@ public:
 };
 
 /// dinf: holds dref (ISO/IEC 14496-12, 8.7.1).
-class DataInformationAtom final
-    : public AtomOf<DataInformationAtom, MovAtom, Children::Search>
+class DataInformationAtom final : public AtomOf<DataInformationAtom, MovAtom, Children::Search>
 {
 public:
     static constexpr FourCC kType = fourcc("dinf");
@@ -196,8 +195,7 @@ public:
 };
 
 /// tcmi: font in which a time code is shown (QuickTime file format).
-class TimeCodeMediaInformationAtom final
-    : public AtomOf<TimeCodeMediaInformationAtom, MovFullAtom>
+class TimeCodeMediaInformationAtom final : public AtomOf<TimeCodeMediaInformationAtom, MovFullAtom>
 {
 public:
     static constexpr FourCC kType = fourcc("tcmi");
@@ -432,7 +430,8 @@ public:
     {
         v.required(a.header);
         v.optional(a.handler);
-        v.optional(a.information, [&a] { return MediaInformationAtom::makeFor(a.handlerSubtype()); });
+        v.optional(a.information,
+                   [&a] { return MediaInformationAtom::makeFor(a.handlerSubtype()); });
     }
 };
 

@@ -63,8 +63,8 @@ Status MovAtom::write(FileBuffer &buffer)
     if (size > kLargest32)
         size = computeSize();
     const bool wide = size > kLargest32;
-    if (writeBig(buffer, wide ? quint32(1) : quint32(size)) || writeBig(buffer, type)
-        || (wide && writeBig(buffer, size)))
+    if (writeBig(buffer, wide ? quint32(1) : quint32(size)) || writeBig(buffer, type) ||
+        (wide && writeBig(buffer, size)))
         return AtomError::AtomWriteFailed;
     return AtomError::Okay;
 }
@@ -160,8 +160,8 @@ Status MovFullDatedAtom::read(FileBuffer &buffer)
 
 Status MovFullDatedAtom::write(FileBuffer &buffer)
 {
-    if (MovFullAtom::write(buffer) || writeBig(buffer, creationTime)
-        || writeBig(buffer, modificationTime))
+    if (MovFullAtom::write(buffer) || writeBig(buffer, creationTime) ||
+        writeBig(buffer, modificationTime))
         return AtomError::AtomWriteFailed;
     return AtomError::Okay;
 }
@@ -228,8 +228,8 @@ void UnparsedAtom::dumpFields(const Dump &dump) const
 FourCC peekType(FileBuffer &buffer)
 {
     uchar header[kSmallHeader];
-    if (!buffer.visit() || !buffer.peek(header, sizeof header)
-        || qFromBigEndian<quint32>(header) == 0)
+    if (!buffer.visit() || !buffer.peek(header, sizeof header) ||
+        qFromBigEndian<quint32>(header) == 0)
         return 0;
     return qFromBigEndian<FourCC>(header + 4);
 }

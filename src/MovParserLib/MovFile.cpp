@@ -47,10 +47,11 @@ public:
         }
         return false;
     }
+    /// Up to a zero byte, at most @p count bytes.
     std::string text(size_t at, size_t count) const
     {
-        const std::string all(m_bytes.begin() + qint64(at), m_bytes.begin() + qint64(at + count));
-        return all.c_str(); // Up to a terminator.
+        const auto begin = m_bytes.begin() + qint64(at);
+        return std::string(begin, std::find(begin, begin + qint64(count), quint8(0)));
     }
 
 private:
@@ -72,9 +73,8 @@ const TrackAtom *TrackSelector::find(const MovieAtom &movie) const
 
 bool MovFile::isVideoFile() const
 {
-    return std::any_of(m_movie.tracks.begin(), m_movie.tracks.end(), [](const auto &track) {
-        return track->isVideo() && track->hasSamples();
-    });
+    return std::any_of(m_movie.tracks.begin(), m_movie.tracks.end(),
+                       [](const auto &track) { return track->isVideo() && track->hasSamples(); });
 }
 
 const TrackAtom *MovFile::firstVideoTrack() const
@@ -93,8 +93,8 @@ Status MovFile::getFrameSize(quint32 *width, quint32 *height) const
     *width = 0;
     *height = 0;
     const TrackAtom *track = firstVideoTrack();
-    const Status status = track ? track->media.getVideoSize(width, height)
-                                : Status(AtomError::InvalidRetVal);
+    const Status status =
+        track ? track->media.getVideoSize(width, height) : Status(AtomError::InvalidRetVal);
     return status ? report(AtomDomain, status) : 0;
 }
 
@@ -117,8 +117,8 @@ Status MovFile::getInitialOrientation(float *yaw, float *pitch, float *roll) con
     *pitch = 0;
     *roll = 0;
     const TrackAtom *track = firstVideoTrack();
-    const Status status = track ? track->getInitialOrientation(yaw, pitch, roll)
-                                : Status(AtomError::MalformedAtom);
+    const Status status =
+        track ? track->getInitialOrientation(yaw, pitch, roll) : Status(AtomError::MalformedAtom);
     return status ? report(AtomDomain, status) : 0;
 }
 
@@ -128,8 +128,8 @@ Status MovFile::getProjection(quint32 *projection) const
         return kNullOutput;
     *projection = 0;
     const TrackAtom *track = firstVideoTrack();
-    const Status status = track ? track->getProjection(projection)
-                                : Status(AtomError::MalformedAtom);
+    const Status status =
+        track ? track->getProjection(projection) : Status(AtomError::MalformedAtom);
     return status ? report(AtomDomain, status) : 0;
 }
 
@@ -158,8 +158,8 @@ Status MovFile::isOrvexFile(bool *isOrvex) const
     *isOrvex = false;
     const TrackAtom *track = TrackSelector::byIndex(0).find(m_movie);
     char name[MediaAtom::kHandlerNameSize] = {};
-    const Status status = track ? track->media.getHandlerName(name)
-                                : Status(AtomError::InvalidRetVal);
+    const Status status =
+        track ? track->media.getHandlerName(name) : Status(AtomError::InvalidRetVal);
     if (status)
         return report(AtomDomain, status);
     if (!name[0])
@@ -181,8 +181,8 @@ bool MovFile::hasToolTag() const
     if (data.getUnparsed(fourcc("meta"), nullptr, 0, &size) || size == 0)
         return false;
     std::vector<quint8> meta(static_cast<size_t>(size));
-    return data.getUnparsed(fourcc("meta"), meta.data(), size, &size) == 0
-        && namesMakerAsTool(meta);
+    return data.getUnparsed(fourcc("meta"), meta.data(), size, &size) == 0 &&
+           namesMakerAsTool(meta);
 }
 
 bool namesMakerAsTool(const std::vector<quint8> &meta)
@@ -203,8 +203,8 @@ bool namesMakerAsTool(const std::vector<quint8> &meta)
         return false;
     const size_t itemEnd = at + size;
     at += 8;
-    if (!block.step(fourcc("data"), &at, &size) || at + size > itemEnd || size < 16
-        || !block.is(at + 8, utf8Text))
+    if (!block.step(fourcc("data"), &at, &size) || at + size > itemEnd || size < 16 ||
+        !block.is(at + 8, utf8Text))
         return false;
     return block.text(at + 16, size - 16) == kMaker;
 }

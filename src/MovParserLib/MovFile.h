@@ -65,14 +65,16 @@ public:
     [[nodiscard]] Status getTrackId(TrackSelector selector, quint32 *id) const;
     [[nodiscard]] Status getTrackDimensions(TrackSelector selector, double *width,
                                             double *height) const;
-    [[nodiscard]] Status getTrackMatrix(TrackSelector selector, std::array<double, 9> *matrix) const;
+    [[nodiscard]] Status getTrackMatrix(TrackSelector selector,
+                                        std::array<double, 9> *matrix) const;
     [[nodiscard]] Status getTrackHandlerSubtype(TrackSelector selector, FourCC *subtype) const;
     [[nodiscard]] Status getTrackHandlerName(TrackSelector selector, std::string *name) const;
     /// Units a second and length of the track's media.
     [[nodiscard]] Status getMediaTime(TrackSelector selector, quint32 *timeScale,
                                       quint32 *duration) const;
     /// The sample table, for all its lookups.
-    [[nodiscard]] Status getSampleTable(TrackSelector selector, const SampleTableAtom **table) const;
+    [[nodiscard]] Status getSampleTable(TrackSelector selector,
+                                        const SampleTableAtom **table) const;
 
     // Of the camera atoms; a movie without udta answers as one without the atom asked for.
 

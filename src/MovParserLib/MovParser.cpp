@@ -9,6 +9,10 @@ namespace {
 constexpr qint64 kHeaderSize = 8;
 constexpr qint64 kLargeHeaderSize = 16;
 
+// A file full of empty atoms would keep whoever opens it waiting for minutes; real ones have a
+// handful of atoms in front of their movie.
+constexpr int kMostTopLevelAtoms = 1 << 17;
+
 bool mayBeFirst(FourCC type)
 {
     constexpr FourCC types[] = {fourcc("ftyp"), fourcc("moov"), fourcc("free"), fourcc("wide"),
@@ -18,8 +22,8 @@ bool mayBeFirst(FourCC type)
 
 } // namespace
 
-Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                             qint64 offset, Header *header)
+Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 offset,
+                             Header *header)
 {
     const qint64 left = fileSize - offset;
     if (left < kHeaderSize)
@@ -43,11 +47,11 @@ Status MovParser::readHeader(FileReader &reader, FileBuffer &buffer, qint64 file
     return 0;
 }
 
-Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                            qint64 *offset, quint64 *size)
+Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 *offset,
+                            quint64 *size)
 {
     *offset = 0;
-    for (bool first = true;; first = false) {
+    for (int count = 0; count < kMostTopLevelAtoms; ++count) {
         Header header;
         if (const Status status = readHeader(reader, buffer, fileSize, *offset, &header)) {
             reportOnly(WalkDomain, status);
@@ -59,7 +63,7 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
             reportOnly(WalkDomain, ParserError::MissingMovieHeader);
             return ParserError::MissingMovieHeader;
         }
-        if (first && !mayBeFirst(header.type)) {
+        if (count == 0 && !mayBeFirst(header.type)) {
             reportOnly(WalkDomain, ParserError::FileNotCompatible);
             return ParserError::MissingMovieHeader;
         }
@@ -68,13 +72,14 @@ Status MovParser::findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileS
             return 0;
         }
         // An atom that runs over the end leaves no header to read behind it.
-        *offset = header.size > quint64(fileSize - *offset) ? fileSize
-                                                            : *offset + qint64(header.size);
+        *offset =
+            header.size > quint64(fileSize - *offset) ? fileSize : *offset + qint64(header.size);
     }
+    reportOnly(WalkDomain, ParserError::MissingMovieHeader);
+    return ParserError::MissingMovieHeader;
 }
 
-Status MovParser::parse(FileReader &reader, qint64 fileSize, MovieAtom *movie,
-                        quint64 *movieOffset)
+Status MovParser::parse(FileReader &reader, qint64 fileSize, MovieAtom *movie, quint64 *movieOffset)
 {
     FileBuffer buffer;
     qint64 offset = 0;

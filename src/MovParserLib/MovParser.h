@@ -26,10 +26,10 @@ private:
         FourCC type = 0;
     };
 
-    static Status readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                             qint64 offset, Header *header);
-    static Status findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize,
-                            qint64 *offset, quint64 *size);
+    static Status readHeader(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 offset,
+                             Header *header);
+    static Status findMovie(FileReader &reader, FileBuffer &buffer, qint64 fileSize, qint64 *offset,
+                            quint64 *size);
 };
 
 } // namespace Orvex::MovParserLib

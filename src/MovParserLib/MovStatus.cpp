@@ -14,9 +14,14 @@ struct DomainText
     const char *unknown; // what a code beyond the table prints
 };
 
-constexpr const char *kParserNames[] = {
-    "ERROR_OKAY",       "ERROR_PARSER",      "ERROR_MISSING_MOVIE_HEADER", "ERROR_FILE_NOT_COMPATIBLE",
-    "ERROR_INVALID_OP", "ERROR_INVALID_ARG", "ERROR_MEM_ALLOC",            "ERROR_OP_FAILED"};
+constexpr const char *kParserNames[] = {"ERROR_OKAY",
+                                        "ERROR_PARSER",
+                                        "ERROR_MISSING_MOVIE_HEADER",
+                                        "ERROR_FILE_NOT_COMPATIBLE",
+                                        "ERROR_INVALID_OP",
+                                        "ERROR_INVALID_ARG",
+                                        "ERROR_MEM_ALLOC",
+                                        "ERROR_OP_FAILED"};
 
 constexpr const char *kReaderNames[] = {"ERROR_OKAY",
                                         "ERROR_FILE_PATH",
@@ -100,7 +105,8 @@ Status report(quint32 domain, Status code)
     if (domain == ParserDomain && code == 0)
         return 0;
     const DomainText text = textOf(domain);
-    std::fprintf(stderr, "%s%s\n", text.prefix, code < text.count ? text.names[code] : text.unknown);
+    std::fprintf(stderr, "%s%s\n", text.prefix,
+                 code < text.count ? text.names[code] : text.unknown);
     return domain | code;
 }
 

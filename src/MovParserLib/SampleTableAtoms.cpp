@@ -8,8 +8,9 @@ namespace Orvex::MovParserLib {
 
 namespace {
 
-/// Runs may claim billions of samples in a few bytes; more than this is not expanded into memory.
-constexpr quint64 kMostExpandedSamples = 1 << 24;
+/// Runs may claim billions of samples in a few bytes. More than the table of sizes lists are laid
+/// out one by one only up to here, which is for tracks of a constant sample size.
+constexpr quint64 kMostClaimedSamples = 1 << 20;
 
 /// Sums of untrusted times wrap instead of overflowing.
 qint64 wrappingAdd(qint64 a, qint64 b)
@@ -30,8 +31,8 @@ bool SampleSizeAtom::Sizes::read(FileBuffer &buffer, qint64 end)
 bool SampleSizeAtom::Sizes::write(FileBuffer &buffer) const
 {
     const quint32 written = constant ? count : quint32(table.size());
-    return writeBig(buffer, constant) == 0 && writeBig(buffer, written) == 0
-        && writeRows(buffer, table);
+    return writeBig(buffer, constant) == 0 && writeBig(buffer, written) == 0 &&
+           writeRows(buffer, table);
 }
 
 void SampleSizeAtom::Sizes::dump(const Dump &dump, const char *label) const
@@ -202,9 +203,8 @@ Status SampleTableAtom::isSyncSample(quint32 sample, bool *result) const
     if (!result)
         return AtomError::InvalidArg;
     // The table counts from 1, so a 0 in it can never match.
-    *result = !syncSamples
-        || (sample != std::numeric_limits<quint32>::max()
-            && syncSamples->numbers.contains(sample + 1));
+    *result = !syncSamples || (sample != std::numeric_limits<quint32>::max() &&
+                               syncSamples->numbers.contains(sample + 1));
     return AtomError::Okay;
 }
 
@@ -359,9 +359,10 @@ Status SampleTableAtom::getDecodeTimes(std::vector<qint64> *times) const
     if (!timeToSample)
         return AtomError::AtomNotFound;
     times->clear();
+    const quint64 most = std::max<quint64>(kMostClaimedSamples, sizes.sizes.table.size());
     quint64 time = 0;
     for (const TimeToSampleTableEntry &run : timeToSample->table.rows) {
-        if (times->size() + quint64(run.sampleCount) > kMostExpandedSamples)
+        if (times->size() + quint64(run.sampleCount) > most)
             return AtomError::MemAlloc;
         for (quint32 i = 0; i < run.sampleCount; ++i, time += run.sampleDuration)
             times->push_back(qint64(time));

@@ -255,7 +255,8 @@ public:
                                            qint64 *compositionTime, qint64 *decodeTime,
                                            bool *isSync) const;
 
-    // Whole tables in one pass; null gives ERROR_INVALID_ARG.
+    // Whole tables in one pass; null gives ERROR_INVALID_ARG. Times of more samples than the table
+    // of sizes lists give ERROR_MEM_ALLOC beyond a million.
     [[nodiscard]] Status getSampleSizes(std::vector<quint32> *sizes) const;
     [[nodiscard]] Status getSyncSamples(std::set<quint32> *samples) const;
     [[nodiscard]] Status getDecodeTimes(std::vector<qint64> *times) const;

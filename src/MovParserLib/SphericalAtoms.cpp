@@ -19,7 +19,8 @@ constexpr quint8 kSphericalUuid[16] = {0xFF, 0xCC, 0x82, 0x63, 0xF8, 0x55, 0x4A,
 /// A whole number of degrees from 16.16 fixed point, as float.
 float wholeDegrees(qint32 value)
 {
-    return float(value / kFixedOne);
+    const qint32 whole = value / kFixedOne;
+    return float(whole);
 }
 
 /// NaN counts as 0.
@@ -129,7 +130,7 @@ void sphericalVideoAtom::setInitialOrientation(float yaw, float pitch, float rol
 
 void sphericalVideoAtom::setWritingTool(const std::string &tool)
 {
-    header.metadataSource.text = tool.c_str();
+    header.metadataSource.text = tool.substr(0, tool.find('\0'));
     header.metadataSource.text.push_back('\0');
 }
 
@@ -175,20 +176,20 @@ std::string LegacySphericalText::text() const
 {
     return "<?xml version=\"1.0\"?>"
            "<rdf:SphericalVideo xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
-           "xmlns:GSpherical=\"http://ns.google.com/videos/1.0/spherical/\">"
-        + tag("Spherical", "true") + tag("Stitched", "true")
-        + tag("StitchingSoftware", stitchingSoftware) + tag("ProjectionType", "equirectangular")
-        + tag("StereoMode", stereoMode) + tag("SourceCount", std::to_string(sourceCount))
-        + tag("InitialViewHeadingDegrees", std::to_string(initialHeading))
-        + tag("InitialViewPitchDegrees", std::to_string(initialPitch))
-        + tag("InitialViewRollDegrees", std::to_string(initialRoll)) + "</rdf:SphericalVideo>";
+           "xmlns:GSpherical=\"http://ns.google.com/videos/1.0/spherical/\">" +
+           tag("Spherical", "true") + tag("Stitched", "true") +
+           tag("StitchingSoftware", stitchingSoftware) + tag("ProjectionType", "equirectangular") +
+           tag("StereoMode", stereoMode) + tag("SourceCount", std::to_string(sourceCount)) +
+           tag("InitialViewHeadingDegrees", std::to_string(initialHeading)) +
+           tag("InitialViewPitchDegrees", std::to_string(initialPitch)) +
+           tag("InitialViewRollDegrees", std::to_string(initialRoll)) + "</rdf:SphericalVideo>";
 }
 
 bool LegacySphericalText::write(FileBuffer &buffer) const
 {
     const std::string bytes = text();
-    return buffer.write(kSphericalUuid, sizeof kSphericalUuid) == 0
-        && buffer.write(bytes.data(), quint32(bytes.size())) == 0;
+    return buffer.write(kSphericalUuid, sizeof kSphericalUuid) == 0 &&
+           buffer.write(bytes.data(), quint32(bytes.size())) == 0;
 }
 
 quint64 LegacySphericalText::size() const
@@ -208,16 +209,16 @@ void LegacySphericalText::dump(const Dump &dump, const char *) const
 
 quint32 sphericalVideoLegacyAtom::getStereoMode() const
 {
-    return text.stereoMode == "left-right" ? LeftRight
-        : text.stereoMode == "top-bottom"  ? TopBottom
-                                           : Mono;
+    return text.stereoMode == "left-right"   ? LeftRight
+           : text.stereoMode == "top-bottom" ? TopBottom
+                                             : Mono;
 }
 
 void sphericalVideoLegacyAtom::setStereoMode(quint32 stereo)
 {
-    text.stereoMode = stereo == LeftRight ? "left-right"
-        : stereo == TopBottom             ? "top-bottom"
-                                          : "mono";
+    text.stereoMode = stereo == LeftRight   ? "left-right"
+                      : stereo == TopBottom ? "top-bottom"
+                                            : "mono";
 }
 
 void sphericalVideoLegacyAtom::getInitialOrientation(float *yaw, float *pitch, float *roll) const

@@ -55,8 +55,8 @@ void TrackReferenceTypeAtom::TrackIds::dump(const Dump &dump, const char *label)
 
 bool TrackAtom::isTelemetry() const
 {
-    return media.handler
-        && media.handler->componentName.text().find("Orvex MET") != std::string::npos;
+    return media.handler &&
+           media.handler->componentName.text().find("Orvex MET") != std::string::npos;
 }
 
 bool TrackAtom::getFrameRate(double *rate) const
