@@ -1,5 +1,6 @@
 import QtQuick 2.9
 import QtQuick.Dialogs 1.2
+import QtMultimedia 5.8
 import Orbilens 1.0
 
 // Owns the players and loads what KGlobalObject decides to show. It lies outside the window: a
@@ -52,6 +53,17 @@ Item {
 
     function play() { mediaPlayer.play() }
     function pause() { mediaPlayer.pause() }
+
+    // Called by name from KUdpSocket. A stop is ignored: it would blacken a slave that still reads
+    // a large film.
+    function syncPlaybackState(state) {
+        if (state === MediaPlayer.PlayingState)
+            play()
+        else if (state === MediaPlayer.PausedState)
+            pause()
+    }
+
+    function seek(ms) { mediaPlayer.seek(ms) }
 
     function stop() {
         processFileSource("", true, "", false)
