@@ -11,7 +11,9 @@ function(orbilens_library name)
 endfunction()
 
 function(orbilens_warnings name)
-  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wno-unknown-pragmas)
+  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wno-unknown-pragmas
+    # Qt's logging macros are called without their optional arguments.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
   # Qt 5.15 deprecates what is still the only way to do some things on it.
   target_compile_definitions(${name} PRIVATE QT_NO_DEPRECATED_WARNINGS QT_NO_FOREACH)
 endfunction()

@@ -4,6 +4,7 @@
 #include "app/Application.h"
 #include "app/CommandLine.h"
 #include "app/OpenGLFlavour.h"
+#include "foundation/KFoundation.h"
 #include "foundation/KVersion.h"
 #include "settings/KSettingsManager.h"
 
@@ -50,9 +51,16 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-int run(int &argc, char **argv, const QString &name, QString *executable, QStringList *arguments)
+/// What a later start needs to know of this one.
+struct Restart
 {
-    Application application(name, argc, argv);
+    QString executable;
+    QStringList arguments;
+};
+
+int run(int &argc, char **argv, const QString &name, Restart *restart)
+{
+    auto application = std::make_unique<Application>(name, argc, argv);
     // Qt has taken its own options out by now; what is left and unknown is the user's mistake.
     const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments());
     if (!commandLine.error.isEmpty()) {
@@ -60,12 +68,16 @@ int run(int &argc, char **argv, const QString &name, QString *executable, QStrin
                      qPrintable(commandLineHelp()));
         return kUsageError;
     }
-    *executable = QCoreApplication::applicationFilePath();
-    *arguments = application.restartArguments();
+    restart->executable = QCoreApplication::applicationFilePath();
+    restart->arguments = application->restartArguments();
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
-    application.init();
-    return QCoreApplication::exec();
+    KFoundation::Initialize();
+    application->init();
+    const int result = QCoreApplication::exec();
+    application.reset(); // the peers use the foundation to their end
+    KFoundation::Shutdown();
+    return result;
 }
 
 } // namespace
@@ -82,12 +94,11 @@ int main(int argc, char **argv)
         return 0;
     chooseRenderer(early);
 
-    QString executable;
-    QStringList arguments;
-    const int result = run(argc, argv, name, &executable, &arguments);
+    Restart restart;
+    const int result = run(argc, argv, name, &restart);
     if (result == Application::kRestartStatus) {
         QThread::sleep(kRestartDelaySeconds);
-        QProcess::startDetached(executable, arguments);
+        QProcess::startDetached(restart.executable, restart.arguments);
     }
     return result;
 }

@@ -6,12 +6,12 @@
 #include "foundation/KSimpleChronometer.h"
 
 #include <QHash>
-#include <QMutex>
 #include <QStringList>
 #include <QThread>
 
 #include <algorithm>
 #include <atomic>
+#include <mutex>
 
 namespace {
 
@@ -40,7 +40,7 @@ struct Registry
 {
     Totals totals;
     // A walk over the map is not safe while others look entries up, so a report goes by this list.
-    QMutex keysMutex;
+    std::mutex keysMutex;
     QStringList keys;
 };
 
@@ -86,7 +86,7 @@ void KAccumulators::End(const QString &name)
         all.totals.insert(added, key);
         added->second.Add(elapsed);
     }
-    QMutexLocker lock(&all.keysMutex);
+    const std::lock_guard lock(all.keysMutex);
     all.keys.append(key);
 }
 

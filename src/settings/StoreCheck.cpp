@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace {
 
@@ -25,36 +26,31 @@ ushort readNumber(const QByteArray &text, int &position, int base, IsDigit isDig
     return value;
 }
 
-/// @p text as the INI reader sees it: escapes resolved, quotes and continued lines joined.
-QString unescaped(const QByteArray &text)
+/// The visible ASCII characters of @p text after the INI reader's escapes. The reader also drops
+/// quotes, blanks after them, continued lines, unknown escapes and, in UTF-8, byte order marks;
+/// leaving all of these out wherever they stand can only join more than the reader joins.
+QByteArray visibleText(const QByteArray &text)
 {
-    const QByteArray letters("abfnrtv");
-    const char *const meanings = "\a\b\f\n\r\t\v";
-    QString result;
-    result.reserve(text.size());
+    QByteArray result;
+    const auto append = [&result](ushort unit) {
+        if (unit > ' ' && unit <= '~')
+            result += char(unit);
+    };
     for (int i = 0; i < text.size();) {
         const char c = text.at(i++);
-        if (c == '"')
-            continue;
         if (c != '\\' || i == text.size()) {
-            result += QLatin1Char(c);
+            if (c != '"')
+                append(uchar(c));
             continue;
         }
         const char escape = text.at(i++);
-        const int letter = letters.indexOf(escape);
-        if (letter >= 0) {
-            result += QLatin1Char(meanings[letter]);
-        } else if (escape == 'x') {
-            result += QChar(readNumber(text, i, 16, isHexDigit));
+        if (escape == 'x') {
+            append(readNumber(text, i, 16, isHexDigit));
         } else if (isOctalDigit(escape)) {
             --i;
-            result += QChar(readNumber(text, i, 8, isOctalDigit));
-        } else if (escape == '\r' || escape == '\n') {
-            const char pair = escape == '\r' ? '\n' : '\r';
-            if (i < text.size() && text.at(i) == pair)
-                ++i;
-        } else {
-            result += QLatin1Char(escape);
+            append(readNumber(text, i, 8, isOctalDigit));
+        } else if (escape == '"' || escape == '\'' || escape == '?' || escape == '\\') {
+            append(uchar(escape));
         }
     }
     return result;
@@ -64,16 +60,15 @@ QString unescaped(const QByteArray &text)
 
 bool StoreCheck::isSafe(const QByteArray &text)
 {
-    const QLatin1String marker("@Variant(");
-    const QString colour = QString::fromLatin1("\0\0\0\x43", 4);
-    const QString plain = unescaped(text);
-    for (int at = plain.indexOf(marker); at >= 0; at = plain.indexOf(marker, at + 1)) {
-        // "@@" opens a plain text that happens to begin with the sign.
-        const bool plainText = at > 0 && plain.at(at - 1) == QLatin1Char('@');
-        if (!plainText && plain.mid(at + marker.size(), colour.size()) != colour)
-            return false;
-    }
-    return true;
+    // As the library itself writes a colour (type 0x43), a time (type 0x10), and a plain text that
+    // happens to begin like a serialised value.
+    static const QRegularExpression harmless(QStringLiteral(
+        R"re(@(Variant\(\\0\\0\\0\\x43|DateTime\(\\0\\0\\0\\x10)(?![0-9a-fA-F])|(?<!\\)@@(Variant|DateTime)\()re"));
+    // With its size, for the conversion would end at a NUL.
+    QString known = QString::fromLatin1(text.constData(), text.size());
+    known.replace(harmless, QStringLiteral("!"));
+    const QByteArray rest = visibleText(known.toLatin1());
+    return !rest.contains("@Variant(") && !rest.contains("@DateTime(");
 }
 
 void StoreCheck::setAsideUnsafeFiles(QSettings::Scope scope, const QString &organization,

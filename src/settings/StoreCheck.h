@@ -9,8 +9,8 @@
 
 namespace StoreCheck {
 
-/// Whether the INI @p text holds no serialised value ("@Variant(...)") other than colours, the one
-/// kind that has a fixed size.
+/// Whether the INI @p text holds no serialised value ("@Variant(...)", "@DateTime(...)") other than
+/// colours and times, the kinds that have a bounded size.
 [[nodiscard]] bool isSafe(const QByteArray &text);
 
 /// Renames each file of the user's store that is not safe to "<file>.damaged", so that the store

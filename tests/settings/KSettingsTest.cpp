@@ -8,6 +8,7 @@
 namespace {
 
 /// Keys below "application/" that share a default and whether a change needs a restart.
+// clang-format off
 const struct
 {
     QVariant value;
@@ -17,28 +18,21 @@ const struct
     {false, true, "advanced/forceopengl advanced/sharedmemory hmd/gazeUI"},
     {true, true, "general/enableAnalytics"},
     {0, true, "communication/format communication/orientationMode communication/urlMode"},
-    {20, true, "communication/rate"},
-    {7755, true, "communication/port"},
+    {20, true, "communication/rate"}, {7755, true, "communication/port"},
     {"192.168.1.1", true, "communication/ipCustom"},
-    {"localhost", true, "communication/ipMode"},
-    {"off", true, "communication/state"},
+    {"localhost", true, "communication/ipMode"}, {"off", true, "communication/state"},
     {"auto", true, "hmd/sdk"},
     {false, false, "general/yprRadUnit hmd/hmdMode playlist/imageDisplayDurationNone"},
     {true, false, "general/touchMode leapmotion/ghostHands realsense/feedbackScreen"},
     {true, false, "oculus/mac/dynamicPrediction oculus/mac/fullscreen oculus/mac/overdrive"},
     {true, false, "oculus/mac/usePrediction oculus/mac/useSDK oculus/mac/vsync"},
-    {0, false, "input/projection output/projection"},
-    {1, false, "general/loopMode"},
-    {5, false, "input/stereoscopy"},
-    {30, false, "playlist/imageDisplayDuration"},
-    {400, false, "general/cameraInertia"},
-    {600, false, "window/height"},
-    {1000, false, "window/width"},
-    {0.5, false, "volume"},
-    {90.0, false, "general/cameraMoveSteps"},
-    {"standard", false, "output/display"},
-    {"toBeDefine", false, "general/fileDialogLastFolder general/printSavePath"},
-};
+    {0, false, "input/projection output/projection"}, {1, false, "general/loopMode"},
+    {5, false, "input/stereoscopy"}, {30, false, "playlist/imageDisplayDuration"},
+    {400, false, "general/cameraInertia"}, {600, false, "window/height"},
+    {1000, false, "window/width"}, {0.5, false, "volume"},
+    {90.0, false, "general/cameraMoveSteps"}, {"standard", false, "output/display"},
+    {"toBeDefine", false, "general/fileDialogLastFolder general/printSavePath"}};
+// clang-format on
 
 QString twin(QString key)
 {
@@ -139,19 +133,16 @@ TEST(Settings, DamagedValuesGiveTheDefaultWhereTyped)
                "general\\loopMode=@Invalid()\ngeneral\\touchMode=False\nhmd\\gazeUI=perhaps\n"
                "output\\display=\"3d, x\"\ninput\\projection=2, 3\nhmd\\hmdMode=false\n");
     Session run(file);
+    // clang-format off
     const struct
     {
         const char *key;
         QVariant expected;
-    } rows[] = {{"volume", 0.5},
-                {"window/width", 1000},
-                {"window/height", 100},
-                {"general/loopMode", 1},
-                {"general/touchMode", false},
-                {"hmd/gazeUI", false},
-                {"output/display", "3d, x"},
-                {"input/projection", 0},
-                {"hmd/hmdMode", false}};
+    } rows[] = {
+        {"volume", 0.5}, {"window/width", 1000}, {"window/height", 100}, {"general/loopMode", 1},
+        {"general/touchMode", false}, {"hmd/gazeUI", false}, {"output/display", "3d, x"},
+        {"input/projection", 0}, {"hmd/hmdMode", false}};
+    // clang-format on
     for (const auto &row : rows) {
         const QVariant value = run.settings.getTyped(QString("instance/") + row.key);
         EXPECT_EQ(value, row.expected) << row.key << ' ' << value.toString().toStdString();

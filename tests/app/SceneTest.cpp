@@ -1,0 +1,220 @@
+// The whole program in one process: a real window, real pointer events, a real still.
+
+#include "app/Application.h"
+#include "app/KDropArea.h"
+#include "app/KGlobalObject.h"
+#include "app/KQQuickView.h"
+#include "render/KShaderCodeBuilder.h"
+#include "render/KTextureProvider.h"
+#include "settings/KSettings.h"
+#include "support/WarningGuard.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QMimeData>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWheelEvent>
+
+namespace {
+
+constexpr float kMoveSpeed = 0.005F;
+const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
+
+class Scene : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        auto *application = static_cast<Application *>(qApp);
+        application->init();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(application->view()));
+    }
+
+    Scene()
+    {
+        view->rootObject()->forceActiveFocus();
+        settings->set("application/general/cameraInertia", 0);
+        settings->set("application/general/touchMode", true);
+        camera->resetYawPitchRollFov();
+    }
+
+    void open(const QString &path)
+    {
+        camera->openFile(path);
+        QTRY_VERIFY2_WITH_TIMEOUT(textures->textureId() > 0, qPrintable(path), 20000);
+    }
+
+    int status() const { return camera->mediaPlayer()->property("playerStatus").toInt(); }
+
+    void drag(const QPoint &from, const QList<QPoint> &path)
+    {
+        QTest::mousePress(view, Qt::LeftButton, {}, from);
+        for (const QPoint &point : path)
+            QTest::mouseMove(view, point);
+        QTest::mouseRelease(view, Qt::LeftButton, {}, path.isEmpty() ? from : path.last());
+        QTest::qWait(1);
+    }
+
+    void wheel(const QPoint &pixels, const QPoint &angle)
+    {
+        const QPointF at(300, 300);
+        QWheelEvent event(at, view->mapToGlobal(at.toPoint()), pixels, angle, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(view, &event);
+    }
+
+    test::WarningGuard guard;
+    Application *application = static_cast<Application *>(qApp);
+    KQQuickView *view = application->view();
+    KGlobalObject *camera = application->globalObject();
+    KTextureProvider *textures = application->textureProvider();
+    KSettings *settings = application->settings();
+};
+
+} // namespace
+
+TEST_F(Scene, AStillReachesTheViewWithItsSize)
+{
+    open(kSample);
+    EXPECT_EQ(textures->textureSize(), QSize(4096, 2048));
+    const QVariantMap metadata = camera->mediaPlayer()->property("fileMetadata").toMap();
+    EXPECT_EQ(metadata.value("Texture size").toSize(), QSize(4096, 2048));
+    EXPECT_EQ(view->QWindow::title(), "Orbilens Player - file://" + kSample);
+    EXPECT_GT(view->maxTextureSize().width(), 0);
+    EXPECT_TRUE(view->gpuInfo().contains("Maximum texture size"));
+    QTRY_VERIFY_WITH_TIMEOUT(view->fps() > 0, 5000);
+}
+
+TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
+{
+    const struct
+    {
+        bool touch;
+        QList<QPoint> path;
+        float yaw, pitch; // in pixels
+    } rows[] = {{true, {{306, 306}, {294, 294}}, 0, 0},
+                {true, {{310, 300}}, -10, 0},
+                {true, {{310, 300}, {350, 320}}, -50, -20},
+                {false, {{300, 330}, {280, 320}}, -20, 20}};
+    for (const auto &row : rows) {
+        settings->set("application/general/touchMode", row.touch);
+        camera->resetYawPitchRollFov();
+        drag({300, 300}, row.path);
+        EXPECT_NEAR(camera->yaw(), row.yaw * kMoveSpeed, 1e-5);
+        EXPECT_NEAR(camera->pitch(), row.pitch * kMoveSpeed, 1e-5);
+    }
+
+    // With inertia the view glides ten times as far, and pressing stops it.
+    settings->set("application/general/cameraInertia", 60);
+    camera->resetYawPitchRollFov();
+    drag({300, 300}, {{320, 300}});
+    QTRY_COMPARE_WITH_TIMEOUT(camera->yaw(), 20 * 10 * kMoveSpeed * (camera->touchMode() ? -1 : 1),
+                              5000);
+    settings->set("application/general/cameraInertia", 100000);
+    camera->resetYawPitchRollFov();
+    drag({300, 300}, {{320, 300}});
+    drag({300, 300}, {});
+    const float stopped = camera->yaw();
+    QTest::qWait(50);
+    EXPECT_EQ(camera->yaw(), stopped);
+}
+
+TEST_F(Scene, WheelAndPinchChangeTheFieldOfView)
+{
+    const struct
+    {
+        QPoint pixels, angle;
+        float change;
+    } rows[] = {{{0, 3}, {0, 120}, -2},
+                {{0, -3}, {0, -120}, 2},
+                {{}, {0, 120}, -5},
+                {{}, {0, -120}, 5},
+                {{}, {120, 0}, 0}};
+    camera->setFov(150);
+    for (const auto &row : rows) {
+        const float before = camera->fov();
+        wheel(row.pixels, row.angle);
+        EXPECT_NEAR(camera->fov(), before + row.change, 1e-4);
+    }
+
+    static QTouchDevice *device = QTest::createTouchDevice();
+    camera->setFov(200);
+    const float yaw = camera->yaw();
+    QTest::touchEvent(view, device)
+        .press(0, QPoint(300, 300), static_cast<QWindow *>(view))
+        .press(1, QPoint(400, 300), static_cast<QWindow *>(view));
+    for (int spread = 0; spread <= 100; spread += 10) {
+        QTest::touchEvent(view, device)
+            .move(0, QPoint(300 - spread / 2, 300), static_cast<QWindow *>(view))
+            .move(1, QPoint(400 + spread / 2, 300), static_cast<QWindow *>(view));
+    }
+    QTest::touchEvent(view, device)
+        .release(0, QPoint(250, 300), static_cast<QWindow *>(view))
+        .release(1, QPoint(450, 300), static_cast<QWindow *>(view));
+    EXPECT_LT(camera->fov(), 140);
+    EXPECT_GT(camera->fov(), 80);
+    EXPECT_EQ(camera->yaw(), yaw);
+}
+
+TEST_F(Scene, DoubleClickAsksForFullScreenAfterADelay)
+{
+    QSignalSpy states(view, &KQQuickView::fullScreenChanged);
+    QTest::mouseDClick(view, Qt::LeftButton, {}, {300, 300});
+    EXPECT_EQ(states.count(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(view->fullScreen(), 5000);
+    const QVariant width = settings->get("application/window/width");
+    QTest::qWait(50);
+    EXPECT_EQ(settings->get("application/window/width"), width) << "a screen's size is no choice";
+    QTest::mouseDClick(view, Qt::LeftButton, {}, {300, 300});
+    QTRY_VERIFY_WITH_TIMEOUT(!view->fullScreen(), 5000);
+}
+
+TEST_F(Scene, DroppedFilesOpen)
+{
+    camera->mediaPlayer()->setProperty("mediaSource", QUrl());
+    QTRY_COMPARE_WITH_TIMEOUT(textures->textureId(), 0, 5000);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(kSample)});
+    const QPoint at(200, 200);
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &drop);
+    QTRY_VERIFY_WITH_TIMEOUT(textures->textureId() > 0, 20000);
+}
+
+TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
+{
+    QTemporaryDir folder;
+    const auto write = [&folder](const char *name, const QByteArray &bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    };
+    QFile sample(kSample);
+    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
+    const QByteArray bytes = sample.readAll();
+    const QStringList files{folder.filePath("missing.jpg"), write("empty.jpg", ""),
+                            write("text.jpg", "this is no picture"),
+                            write("header.jpg", bytes.left(200)),
+                            write("noise.png", QByteArray(5000, 'x'))};
+    for (const QString &file : files) {
+        camera->openFile(file);
+        QTRY_COMPARE_WITH_TIMEOUT(camera->mediaPlayer()->property("errorString").toString(),
+                                  QStringLiteral("An error occurred while loading the image"),
+                                  10000);
+        EXPECT_EQ(textures->textureId(), 0) << file.toStdString();
+    }
+    guard.take(); // the scene's own messages name each of these files
+
+    // Half a picture is shown as far as it goes, and the next good one opens as ever.
+    open(write("half.jpg", bytes.left(bytes.size() / 2)));
+    open(kSample);
+    guard.take();
+}

@@ -1,0 +1,93 @@
+#include "support/Desktop.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+namespace test {
+
+namespace {
+
+constexpr int kPatienceMs = 20000;
+
+} // namespace
+
+Desktop::Desktop(const QSize &size)
+{
+    m_server.setProcessChannelMode(QProcess::SeparateChannels);
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                    QStringLiteral("0"),
+                    QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height()),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    QByteArray number;
+    while (!number.contains('\n') && m_server.waitForReadyRead(kPatienceMs))
+        number += m_server.readAllStandardOutput();
+    if (number.trimmed().isEmpty())
+        return;
+    m_display = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
+
+    m_windowManager.setProcessEnvironment(environment(m_folder.path()));
+    m_windowManager.setProcessChannelMode(QProcess::MergedChannels);
+    m_windowManager.start(QStringLiteral("openbox"), QStringList());
+    m_windowManager.waitForStarted(kPatienceMs);
+}
+
+Desktop::~Desktop()
+{
+    for (QProcess *process : {&m_windowManager, &m_server}) {
+        process->terminate();
+        if (!process->waitForFinished(kPatienceMs))
+            process->kill();
+    }
+}
+
+QProcessEnvironment Desktop::environment(const QString &home) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_display);
+    environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/.config"));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
+    environment.insert(QStringLiteral("XDG_CACHE_HOME"), home + QStringLiteral("/.cache"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    return environment;
+}
+
+QString Desktop::xdotool(const QStringList &arguments) const
+{
+    QProcess tool;
+    tool.setProcessEnvironment(environment(m_folder.path()));
+    tool.start(QStringLiteral("xdotool"), arguments);
+    tool.waitForFinished(kPatienceMs);
+    return QString::fromLatin1(tool.readAllStandardOutput()).trimmed();
+}
+
+QString Desktop::windowOf(const QProcess &program) const
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < kPatienceMs && program.state() == QProcess::Running) {
+        const QString ids =
+            xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                     QStringLiteral("--pid"), QString::number(program.processId())});
+        if (!ids.isEmpty())
+            return ids.section(QLatin1Char('\n'), -1);
+        QThread::msleep(50);
+    }
+    return {};
+}
+
+QImage Desktop::screenshot(const QString &name) const
+{
+    QDir().mkpath(QStringLiteral(ORBILENS_BINARY_DIR "/screenshots"));
+    const QString path = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/%1.png").arg(name);
+    QProcess tool;
+    tool.setProcessEnvironment(environment(m_folder.path()));
+    tool.start(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), path});
+    tool.waitForFinished(kPatienceMs);
+    return QImage(path);
+}
+
+} // namespace test
