@@ -102,6 +102,9 @@ std::optional<SharedSlot> SharedFrameReader::readySlot(const BlockAccess &block,
     if (!block.read(offset, bytes.data(), bytes.size()))
         return std::nullopt;
     const auto word = [&bytes](quint64 at) { return qFromLittleEndian<quint16>(&bytes[at]); };
+    // A writer that overwrites what nobody took clears the word first.
+    if (word(SharedLayout::kReady) == 0)
+        return std::nullopt;
     SharedSlot slot;
     slot.index = index;
     slot.timestamp = qFromLittleEndian<quint64>(&bytes[SharedLayout::kTimestamp]);
