@@ -17,10 +17,29 @@ QByteArray toBytes(const QJsonDocument &document, SyncFormat format)
                                           : document.toJson(QJsonDocument::Compact);
 }
 
+/// A packet is one flat map. Documents with anything inside it are turned away before Qt's parser
+/// sees them: it loses the memory of a nested value whose key is repeated.
+bool isFlatJson(const QByteArray &text)
+{
+    bool inString = false;
+    int containers = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        const char c = text.at(i);
+        if (inString && c == '\\')
+            ++i;
+        else if (c == '"')
+            inString = !inString;
+        else if (!inString && (c == '{' || c == '['))
+            ++containers;
+    }
+    return containers == 1;
+}
+
 QJsonDocument fromBytes(const QByteArray &bytes, SyncFormat format)
 {
-    return format == SyncFormat::QtBinary ? QJsonDocument::fromBinaryData(bytes)
-                                          : QJsonDocument::fromJson(bytes);
+    if (format == SyncFormat::QtBinary)
+        return QJsonDocument::fromBinaryData(bytes);
+    return isFlatJson(bytes) ? QJsonDocument::fromJson(bytes) : QJsonDocument();
 }
 
 /// Reads fields one after another and remembers whether each was what it should be.
