@@ -20,11 +20,14 @@ class HeadsetView;
 class KDisplay;
 class KGlobalObject;
 class KQQuickView;
+class KSensor;
 class KSettings;
 class KShaderCodeBuilder;
 class KTextureProvider;
 class KVideoPlugin;
+class KUdpSocket;
 class QOpenGLContext;
+class SharedMemoryManager;
 
 class Application : public QApplication
 {
@@ -48,6 +51,8 @@ public:
     KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
     KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
+    KSensor *sensor() const { return m_sensor.get(); }
+    KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
 
@@ -100,6 +105,7 @@ private slots:
 private:
     void parseArguments();
     void chooseVideoBackend();
+    void makeTextureProvider();
     void registerQmlTypes();
     void publishContextProperties();
     void showWindow();
@@ -110,7 +116,10 @@ private:
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
+    std::unique_ptr<KSensor> m_sensor;
+    std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;
+    SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;
     QOpenGLContext *m_glContext = nullptr;
     std::unique_ptr<QOpenGLContext> m_sharedGlContext;

@@ -1,0 +1,274 @@
+#include "input/MemoryBlock.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace {
+
+using test::MemoryBlock;
+
+constexpr quint32 kHandle = 77;
+constexpr quint32 kPixels = 1024;
+constexpr std::size_t kBytes = 2048;
+
+class Reader : public ::testing::Test
+{
+protected:
+    Reader()
+    {
+        block.setHeader(SharedLayout::kVersion, 4);
+        EXPECT_EQ(reader.greet(block, kHandle), BlockGreeting::Accepted);
+    }
+
+    /// Timestamp of what the reader takes, -1 for nothing; gives the slot back.
+    qint64 take()
+    {
+        const auto slot = reader.take(block);
+        if (!slot)
+            return -1;
+        EXPECT_TRUE(block.isReady(slot->index)) << "the writer waits while the frame is copied";
+        reader.release(block, *slot);
+        EXPECT_FALSE(block.isReady(slot->index));
+        return qint64(slot->timestamp);
+    }
+    QByteArray readySlots() const
+    {
+        QByteArray ready;
+        for (int i = 0; i < 4; ++i)
+            ready.append(block.isReady(i) ? '1' : '0');
+        return ready;
+    }
+
+    SharedFaults faults;
+    SharedFrameReader reader{&faults};
+    MemoryBlock block{kBytes};
+};
+
+} // namespace
+
+TEST(SharedFrames, AGreetingDecidesByTheVersion)
+{
+    const struct
+    {
+        std::size_t bytes;
+        const char *version;
+        BlockGreeting greeting;
+        bool introduced, rejected;
+    } rows[] = {{512, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
+                {512, "AVRT_Shared_Memory1.3", BlockGreeting::Rejected, true, true},
+                {512, "AVRT_Shared_Memory1.4x", BlockGreeting::Rejected, true, true},
+                {512, "AVRT_Shared_Memory1.", BlockGreeting::Rejected, true, true},
+                {512, "", BlockGreeting::NotFilled, true, false},
+                {0x94, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
+                {0x93, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false}};
+    for (const auto &row : rows) {
+        MemoryBlock block(512);
+        block.setHeader(row.version, 1);
+        block.bytes.resize(row.bytes);
+        SharedFaults faults;
+        SharedFrameReader reader(&faults);
+        EXPECT_EQ(reader.greet(block, kHandle), row.greeting) << row.version;
+        EXPECT_EQ(block.get<quint32>(SharedLayout::kReaderHandle) == kHandle, row.introduced);
+        EXPECT_EQ(reader.isKnownTo(block), row.introduced);
+        block.bytes.resize(512);
+        EXPECT_EQ(block.get<quint32>(SharedLayout::kRejected), row.rejected ? 1U : 0U);
+        EXPECT_EQ(faults.count(SharedFault::WrongVersion), row.rejected ? 1 : 0);
+        EXPECT_EQ(faults.count(SharedFault::BlockTooSmall), row.introduced ? 0 : 1);
+    }
+    MemoryBlock nothing(0);
+    SharedFaults faults;
+    EXPECT_EQ(SharedFrameReader(&faults).greet(nothing, kHandle), BlockGreeting::NotFilled);
+}
+
+TEST_F(Reader, PollsHalfAFrameTime)
+{
+    const struct
+    {
+        quint16 top, bottom;
+        int interval;
+    } rows[] = {{25, 1, 20},  {30, 1, 16},   {30000, 1001, 16}, {60, 1, 8},
+                {1000, 1, 1}, {65535, 1, 1}, {1, 1, 500},       {1, 65535, 1000},
+                {0, 1, 10},   {25, 0, 10},   {0, 0, 10},        {60000, 1001, 8}};
+    for (const auto &row : rows) {
+        block.set(MemoryBlock::slot(0) + SharedLayout::kRateNumerator, row.top);
+        block.set(MemoryBlock::slot(0) + SharedLayout::kRateDenominator, row.bottom);
+        EXPECT_EQ(reader.pollInterval(block), row.interval) << row.top << "/" << row.bottom;
+    }
+}
+
+TEST_F(Reader, ALateReaderTakesTheNewestAndLeavesTheRest)
+{
+    EXPECT_EQ(take(), -1);
+    for (int i = 0; i < 3; ++i)
+        block.setFrame(i, quint64(10 + i), kPixels);
+    EXPECT_EQ(take(), 12);
+    EXPECT_EQ(readySlots(), "1100");
+    block.setFrame(3, 13, kPixels);
+    EXPECT_EQ(take(), 13);
+    // The ring comes to what it skipped: too old, and it stays ready.
+    EXPECT_EQ(take(), -1);
+    EXPECT_EQ(readySlots(), "1100");
+    block.setFrame(0, 14, kPixels);
+    block.setFrame(1, 15, kPixels);
+    block.setFrame(2, 9, kPixels);
+    EXPECT_EQ(take(), 15) << "an older frame ends the look ahead";
+    EXPECT_EQ(take(), -1);
+    EXPECT_EQ(readySlots(), "1010");
+}
+
+TEST_F(Reader, EqualTimestampsCountAsNewer)
+{
+    for (int i = 0; i < 4; ++i)
+        block.setFrame(i, 5, kPixels);
+    EXPECT_EQ(take(), 5);
+    EXPECT_EQ(readySlots(), "1110") << "once round the ring";
+    EXPECT_EQ(take(), 5);
+    EXPECT_EQ(readySlots(), "1100") << "the ring starts behind what was taken";
+}
+
+TEST_F(Reader, ARingOfOneShowsFrameAfterFrame)
+{
+    block.setHeader(SharedLayout::kVersion, 1);
+    for (const quint64 timestamp : {1, 2, 3}) {
+        block.setFrame(0, timestamp, kPixels);
+        EXPECT_EQ(take(), qint64(timestamp));
+        EXPECT_EQ(take(), -1);
+    }
+}
+
+TEST_F(Reader, AWriterThatStartsAgainIsAccepted)
+{
+    for (int i = 0; i < 3; ++i)
+        block.setFrame(i, quint64(100 + i), kPixels);
+    block.setFrame(3, 103, kPixels);
+    EXPECT_EQ(take(), 103);
+    reader.acceptRestart(block);
+    EXPECT_EQ(take(), -1) << "what was skipped is no new beginning";
+    block.setFrame(0, 1, kPixels);
+    EXPECT_EQ(take(), -1);
+    reader.acceptRestart(block);
+    EXPECT_EQ(take(), 102) << "the ring behind it is read on";
+
+    // A header made anew does not know the reader any more.
+    EXPECT_TRUE(reader.isKnownTo(block));
+    block.set(SharedLayout::kReaderHandle, quint32(0));
+    EXPECT_FALSE(reader.isKnownTo(block));
+}
+
+TEST_F(Reader, WhatDoesNotFitIsCountedAndGivenBack)
+{
+    struct Row
+    {
+        quint32 dataOffset;
+        quint16 width, height, rowBytes, pixelKind;
+        SharedFault fault; // Count for none
+    };
+    constexpr auto kFine = SharedFault::Count;
+    const Row rows[] = {{kPixels, 4, 2, 16, 0, kFine},
+                        {kPixels, 4, 2, 16, 1, kFine},
+                        {kPixels, 4, 2, 512, 7, kFine},
+                        {kPixels, 4, 2, 513, 0, SharedFault::FrameOutside},
+                        {0, 4, 2, 0, 0, kFine},
+                        {kPixels, 4, 2, 0, 0, SharedFault::FrameOutside},
+                        {0xFFFFFFFF, 4, 2, 16, 0, SharedFault::FrameOutside},
+                        {kBytes - 31, 4, 2, 16, 0, SharedFault::FrameOutside},
+                        {kBytes - 32, 4, 2, 16, 0, kFine},
+                        {kPixels, 0, 2, 16, 0, SharedFault::FrameImpossible},
+                        {kPixels, 4, 0, 16, 0, SharedFault::FrameImpossible},
+                        {kPixels, 65535, 65535, 1, 0, SharedFault::FrameImpossible},
+                        {kPixels, 65, 1, 260, 0, SharedFault::FrameImpossible},
+                        {kPixels, 33, 1, 66, 1, kFine},
+                        {kPixels, 34, 1, 68, 1, SharedFault::FrameImpossible},
+                        {kPixels, 1, 65, 4, 0, SharedFault::FrameImpossible},
+                        {kPixels, 1, 1, 2, 1, SharedFault::FrameImpossible},
+                        {kPixels, 64, 9, 4, 0, SharedFault::FrameImpossible}};
+    reader.setLargestTexture(64);
+    quint64 timestamp = 1;
+    for (const Row &row : rows) {
+        const int index = reader.slotIndex();
+        const quint64 at = MemoryBlock::slot(index);
+        block.setFrame(index, timestamp, row.dataOffset);
+        block.set(at + SharedLayout::kWidth, row.width);
+        block.set(at + SharedLayout::kHeight, row.height);
+        block.set(at + SharedLayout::kRowBytes, row.rowBytes);
+        block.set(at + SharedLayout::kPixelKind, row.pixelKind);
+        const SharedFaults before = faults;
+        const auto slot = reader.take(block);
+        ASSERT_EQ(slot.has_value(), row.fault == kFine) << &row - rows;
+        if (slot) {
+            EXPECT_EQ(slot->format,
+                      row.pixelKind == 1 ? VlcPixelFormat::Yuyv : VlcPixelFormat::Bgra);
+            reader.release(block, *slot);
+            ++timestamp;
+        } else {
+            EXPECT_EQ(faults.count(row.fault), before.count(row.fault) + 1) << &row - rows;
+            EXPECT_FALSE(block.isReady(index));
+        }
+        EXPECT_EQ(faults.total(), before.total() + (slot ? 0 : 1));
+    }
+}
+
+TEST_F(Reader, SlotsOutsideTheBlockAreLeftOut)
+{
+    const struct
+    {
+        quint16 slotCount;
+        std::size_t bytes;
+        qint64 taken;
+        int faults;
+    } rows[] = {{4, kBytes, 9, 0},
+                {0, kBytes, -1, 1},
+                {65535, kBytes, 9, 1},
+                {4, std::size_t(SharedLayout::kSlots) + 2 * 56, -1, 2}, // the pixels are gone
+                {4, SharedLayout::kSlots + 55, -1, 1},
+                {4, 0x20, -1, 1}};
+    for (const auto &row : rows) {
+        block.bytes.assign(kBytes, 0);
+        block.setHeader(SharedLayout::kVersion, row.slotCount);
+        ASSERT_EQ(reader.greet(block, kHandle), BlockGreeting::Accepted);
+        block.setFrame(0, 9, kPixels);
+        block.bytes.resize(row.bytes);
+        const int before = faults.total();
+        EXPECT_EQ(take(), row.taken) << row.slotCount << " in " << row.bytes;
+        EXPECT_EQ(faults.total(), before + row.faults);
+        block.bytes.resize(kBytes);
+    }
+}
+
+TEST_F(Reader, RowsAreCopiedToTheirPitch)
+{
+    std::iota(block.bytes.begin() + kPixels, block.bytes.end(), uchar(0));
+    const struct
+    {
+        quint16 rowBytes;
+        quint32 rows;
+        std::vector<int> expected; // two rows, 8 bytes apart
+    } rows[] = {{8, 2, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}},
+                {10, 2, {0, 1, 2, 3, 4, 5, 6, 7, 10, 11, 12, 13, 14, 15, 16, 17}},
+                {3, 2, {0, 1, 2, 0, 0, 0, 0, 0, 3, 4, 5, 0, 0, 0, 0, 0}},
+                {8, 1, {0, 1, 2, 3, 4, 5, 6, 7, 99, 99, 99, 99, 99, 99, 99, 99}}};
+    for (const auto &row : rows) {
+        SharedSlot slot;
+        slot.dataOffset = kPixels;
+        slot.height = 2;
+        slot.rowBytes = row.rowBytes;
+        std::vector<std::uint8_t> target(16, 99);
+        EXPECT_TRUE(reader.copy(block, slot, target.data(), 8, row.rows));
+        EXPECT_EQ(std::vector<int>(target.begin(), target.end()), row.expected);
+    }
+    // A block cut short while its pixels are being copied.
+    SharedSlot slot;
+    slot.dataOffset = kPixels;
+    slot.height = 2;
+    block.bytes.resize(kPixels + 15);
+    std::vector<std::uint8_t> target(16);
+    for (const quint16 rowBytes : {8, 9}) {
+        slot.rowBytes = rowBytes;
+        EXPECT_FALSE(reader.copy(block, slot, target.data(), 8, 2));
+    }
+    EXPECT_EQ(faults.count(SharedFault::FrameCutShort), 2);
+    EXPECT_TRUE(faults.takeNews());
+    EXPECT_FALSE(faults.takeNews());
+    EXPECT_EQ(faults.text(), "Shared memory: the block shrank during a copy (2 times).\n");
+}

@@ -1,0 +1,154 @@
+// A room of real players on one desktop, linked over the loopback.
+
+#include "support/Desktop.h"
+#include "support/probe/ProbedPlayer.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QHostAddress>
+#include <QUdpSocket>
+#include <QUrl>
+
+#include <cmath>
+
+namespace {
+
+using test::ProbedPlayer;
+
+const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
+
+class Room : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(desktop.valid()) << "no X server could be started";
+        QUdpSocket free;
+        ASSERT_TRUE(free.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        port = free.localPort();
+    }
+
+    QVariantMap settings(const QVariantMap &more = {}) const
+    {
+        QVariantMap all{{"application/communication/port", port},
+                        {"application/communication/ipMode", "custom"},
+                        {"application/communication/ipCustom", "127.255.255.255"}};
+        for (auto value = more.cbegin(); value != more.cend(); ++value)
+            all.insert("application/communication/" + value.key(), value.value());
+        return all;
+    }
+    bool start(ProbedPlayer &player, const QStringList &arguments, const QVariantMap &more = {})
+    {
+        return player.start(desktop.environment(player.home()), arguments, settings(more));
+    }
+    static bool follows(ProbedPlayer &slave, const QJsonObject &master)
+    {
+        return slave.waitFor([&master](const QJsonObject &state) {
+            for (const char *name :
+                 {"yaw", "pitch", "roll", "fov", "stereoMode", "mediaSource", "playbackState"}) {
+                if (state.value(QLatin1String(name)) != master.value(QLatin1String(name)))
+                    return false;
+            }
+            return true;
+        });
+    }
+    /// Opening a medium resets the camera, so the master is moved after that.
+    static bool plays(ProbedPlayer &player)
+    {
+        return player.waitFor(
+            [](const QJsonObject &state) { return state.value("playbackState").toInt() == 1; });
+    }
+    static void look(ProbedPlayer &player, double yaw, double pitch, double roll, int fov)
+    {
+        player.ask("set view yaw " + QByteArray::number(yaw));
+        player.ask("set view pitch " + QByteArray::number(pitch));
+        player.ask("set view roll " + QByteArray::number(roll));
+        player.ask("set view fov " + QByteArray::number(fov));
+    }
+
+    test::Desktop desktop;
+    quint16 port = 0;
+};
+
+} // namespace
+
+TEST_F(Room, TwoSlavesFollowALateOneCatchesUpAndARestartedMasterIsFollowedAgain)
+{
+    ProbedPlayer first;
+    ProbedPlayer second;
+    ProbedPlayer master;
+    ASSERT_TRUE(start(first, {"--udp", "slave"}));
+    ASSERT_TRUE(start(master, {"--udp", "master", kSample}) && plays(master));
+    look(master, 0.5, -0.25, 0.125, 100);
+    master.ask("set builder stereoMode 1");
+    EXPECT_TRUE(follows(first, master.state()));
+    EXPECT_TRUE(first.state().value("mediaSource").toString().endsWith("panorama.jpg"));
+    EXPECT_TRUE(plays(first));
+
+    ASSERT_TRUE(start(second, {"-u", "slave"}));
+    EXPECT_TRUE(follows(second, master.state())) << "a late starter catches up";
+    master.ask("set player playbackState 2");
+    for (ProbedPlayer *slave : {&first, &second})
+        EXPECT_TRUE(slave->waitFor(
+            [](const QJsonObject &state) { return state.value("playbackState").toInt() == 2; }));
+
+    master.kill();
+    EXPECT_EQ(first.state().value("yaw").toDouble(), 0.5) << "without a master it stays";
+    ProbedPlayer again;
+    ASSERT_TRUE(start(again, {"--udp", "master", kSample}) && plays(again));
+    look(again, -1.5, 0.5, 0, 120);
+    again.ask("set builder stereoMode 2");
+    const QJsonObject state = again.state();
+    EXPECT_TRUE(follows(first, state) && follows(second, state));
+    for (ProbedPlayer *player : {&first, &second, &again}) {
+        EXPECT_EQ(player->quit(), 0);
+        EXPECT_EQ(player->errors(), QByteArray());
+    }
+}
+
+TEST_F(Room, SettingsChooseRoleFormAndModes)
+{
+    ProbedPlayer master;
+    ProbedPlayer slave;
+    const QString films = slave.home() + "/Videos";
+    ASSERT_TRUE(QDir().mkpath(films) && QFile::copy(kSample, films + "/panorama.jpg"));
+    ASSERT_TRUE(start(slave, {},
+                      {{"state", "slave"}, {"format", 1}, {"urlMode", 1}, {"orientationMode", 1}}));
+    ASSERT_TRUE(start(master, {kSample}, {{"state", "master"}, {"format", 1}}) && plays(master));
+    EXPECT_TRUE(slave.waitFor([&films](const QJsonObject &state) {
+        return state.value("mediaSource").toString() ==
+               QUrl::fromLocalFile(films + "/panorama.jpg").toString();
+    })) << "its own copy of the medium";
+    look(master, 0.5, 0, 0, 90);
+    slave.ask("set view yaw 0.25");
+    EXPECT_TRUE(slave.waitFor([](const QJsonObject &state) {
+        return std::abs(state.value("direction").toDouble() - 0.75) < 1e-5;
+    })) << "the master's turn is added to its own";
+    EXPECT_EQ(slave.state().value("yaw").toDouble(), 0.25);
+}
+
+TEST_F(Room, AFloodDoesNotFreezeTheSlave)
+{
+    ProbedPlayer slave;
+    ASSERT_TRUE(start(slave, {"--udp", "slave"}));
+    QUdpSocket sender;
+    const QByteArray junk[] = {QByteArray(60000, '['), QByteArray(900, '\xff'),
+                               "{\"id\":\"lnd\",\"yaw\":1e300}"};
+    const QByteArray packet = "{\"id\":\"lnd\",\"yaw\":0.5,\"fov\":100}";
+    int answers = 0;
+    for (int i = 0; i < 20000; ++i) {
+        sender.writeDatagram(junk[i % 3], QHostAddress(QHostAddress::LocalHost), port);
+        sender.writeDatagram(packet, QHostAddress(QHostAddress::LocalHost), port);
+        if (i % 1000 == 0)
+            answers += slave.state().isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(answers, 20);
+    sender.writeDatagram(packet, QHostAddress(QHostAddress::LocalHost), port);
+    EXPECT_TRUE(slave.waitFor([](const QJsonObject &state) {
+        return state.value("yaw").toDouble() == 0.5 && state.value("fov").toDouble() == 100;
+    }));
+    EXPECT_EQ(slave.quit(), 0);
+    EXPECT_EQ(slave.errors(), QByteArray());
+}
