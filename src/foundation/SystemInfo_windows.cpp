@@ -8,6 +8,8 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
+#include <new>
 
 #include <windows.h>
 
@@ -18,7 +20,9 @@ namespace SystemInfo {
 namespace {
 
 constexpr quint32 kTopologyLeaf = 0xB;
-constexpr quint32 kHighestKnownLeaf = 0x20;
+constexpr quint32 kHighestKnownLeaf = 0xFF;
+/// What the errors below give as their place.
+constexpr const char *kModule = "cpuid2\\cpu_topo";
 constexpr int kMaxCacheSubleafs = 32;
 constexpr int kMaskBits = int(sizeof(DWORD_PTR)) * 8;
 
@@ -150,7 +154,7 @@ QStringList cachesByLeaf4()
     for (int subleaf = 0;; ++subleaf) {
         if (subleaf == kMaxCacheSubleafs) {
             std::fprintf(stderr, "Need bigger MAX_CACHE_SUBLEAFS(%d) at %s %d\n", kMaxCacheSubleafs,
-                         "cpuid2\\cpu_topo", __LINE__);
+                         kModule, __LINE__);
             return texts;
         }
         const Registers registers = cpuid(4, quint32(subleaf));
@@ -193,18 +197,25 @@ QVarLengthArray<USHORT, 4> processGroups()
     return groups;
 }
 
-/// Processors that the system itself counts over all groups, 0 where it cannot.
+/// Processors that the system itself counts over all groups, 0 where it cannot, negative when the
+/// question failed for lack of memory.
 int processorsOfSystem()
 {
     const auto query = kernelFunction<GetRelations>("GetLogicalProcessorInformationEx");
     DWORD size = 0;
     if (!query || query(RelationGroup, nullptr, &size) || size == 0)
         return 0;
-    QByteArray buffer(int(size), Qt::Uninitialized);
-    if (!query(RelationGroup, buffer.data(), &size))
+    const std::unique_ptr<char[]> buffer(new (std::nothrow) char[size]);
+    if (!buffer) {
+        std::fprintf(stderr,
+                     "Error: AllocateGenericAffinityMask 2nd malloc failed at %s %d. Bye\n",
+                     kModule, __LINE__);
+        return -1;
+    }
+    if (!query(RelationGroup, buffer.get(), &size))
         return 0;
     const auto *info =
-        reinterpret_cast<const SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX *>(buffer.constData());
+        reinterpret_cast<const SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX *>(buffer.get());
     int count = 0;
     for (WORD group = 0; group < info->Group.ActiveGroupCount; ++group)
         count += info->Group.GroupInfo[group].ActiveProcessorCount;
@@ -291,7 +302,7 @@ CpuTopology::Counts readTopology()
     const quint32 highestLeaf = cpuid(0)[0];
     if (highestLeaf > kHighestKnownLeaf) {
         std::fprintf(stderr, "got maxCPUID= 0x%x but the array only handles up to 0x%x. Bye at %s %d\n",
-                     uint(highestLeaf), uint(kHighestKnownLeaf), "cpuid2\\cpu_topo", __LINE__);
+                     uint(highestLeaf), uint(kHighestKnownLeaf), kModule, __LINE__);
         return {};
     }
 
@@ -300,11 +311,13 @@ CpuTopology::Counts readTopology()
         Pinning pinning;
         const QVarLengthArray<USHORT, 4> allowed = processGroups();
         const int processors = processorsOfSystem();
+        if (processors < 0)
+            return {};
         if (const int last = processors - 1;
             processors > 0 && !CpuTopology::maskBit(last, pinning.groups(), kMaskBits)) {
             std::fprintf(stderr,
                          "Error: Wanted cpu %d but mask only supports up to %d cpus at %s %d. Bye\n",
-                         last, pinning.groups() * kMaskBits, "cpuid2\\cpu_topo", __LINE__);
+                         last, pinning.groups() * kMaskBits, kModule, __LINE__);
             return {};
         }
         for (int group = 0; group < pinning.groups(); ++group) {
