@@ -23,8 +23,8 @@ struct Place
 struct Counts
 {
     int packages = 0;
-    int cores = 0;    ///< of all packages; 0: could not be read
-    int logical = 0;  ///< hardware threads; 0: could not be read
+    int cores = 0;      ///< of all packages; 0: could not be read
+    int logical = 0;    ///< hardware threads; 0: could not be read
     QStringList caches; ///< one text for each kind of cache
 };
 

@@ -111,8 +111,7 @@ QString linuxOsName(const QString &osRelease, const QString &kernelVersion, cons
     QHash<QString, QString> values;
     const QStringList lines = osRelease.split('\n');
     for (const QString &line : lines)
-        values.insert(line.section('=', 0, 0).trimmed(),
-                      unquoted(line.section('=', 1).trimmed()));
+        values.insert(line.section('=', 0, 0).trimmed(), unquoted(line.section('=', 1).trimmed()));
     QString name = values.value(QStringLiteral("PRETTY_NAME"));
     if (name.isEmpty())
         name = values.value(QStringLiteral("NAME"), QStringLiteral("Linux"));

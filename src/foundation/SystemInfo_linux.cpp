@@ -24,12 +24,12 @@ QString textOf(const QString &path)
 bool onRemovableDrive(const QByteArray &path)
 {
     struct stat status
-    {};
+    {
+    };
     if (stat(path.constData(), &status) != 0)
         return false;
-    const QString device = QStringLiteral("/sys/dev/block/%1:%2")
-                               .arg(major(status.st_dev))
-                               .arg(minor(status.st_dev));
+    const QString device =
+        QStringLiteral("/sys/dev/block/%1:%2").arg(major(status.st_dev)).arg(minor(status.st_dev));
     const QString folder = QFileInfo(device).canonicalFilePath();
     if (folder.isEmpty())
         return false;
@@ -60,7 +60,8 @@ KSystemInfo::DiskSpace diskSpace(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
     struct statvfs status
-    {};
+    {
+    };
     if (statvfs(name.constData(), &status) != 0 || onRemovableDrive(name))
         return {};
     KSystemInfo::DiskSpace space;
@@ -72,7 +73,8 @@ KSystemInfo::DiskSpace diskSpace(const QString &path)
 QString osName()
 {
     struct utsname kernel
-    {};
+    {
+    };
     if (uname(&kernel) != 0)
         return QString();
     return linuxOsName(textOf(QStringLiteral("/etc/os-release")),

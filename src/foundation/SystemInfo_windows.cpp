@@ -40,7 +40,8 @@ Registers cpuid(quint32 leaf, quint32 subleaf = 0)
 }
 
 /// Functions that older systems lack are looked up when needed.
-template <class Function> Function kernelFunction(const char *name)
+template <class Function>
+Function kernelFunction(const char *name)
 {
     const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
     const FARPROC address = kernel ? GetProcAddress(kernel, name) : nullptr;
@@ -207,8 +208,7 @@ int processorsOfSystem()
         return 0;
     const std::unique_ptr<char[]> buffer(new (std::nothrow) char[size]);
     if (!buffer) {
-        std::fprintf(stderr,
-                     "Error: AllocateGenericAffinityMask 2nd malloc failed at %s %d. Bye\n",
+        std::fprintf(stderr, "Error: AllocateGenericAffinityMask 2nd malloc failed at %s %d. Bye\n",
                      kModule, __LINE__);
         return -1;
     }
@@ -261,8 +261,7 @@ public:
         if (m_queryValue(block.constData(), L"\\VarFileInfo\\Translation", &found, &length) &&
             length >= sizeof(Translation))
             translation = *static_cast<const Translation *>(found);
-        QString text =
-            value(block, productVersionPath(translation.language, translation.codePage));
+        QString text = value(block, productVersionPath(translation.language, translation.codePage));
         if (text.isEmpty())
             text = value(block, productVersionPath(translation.language));
         return text;
@@ -301,7 +300,8 @@ CpuTopology::Counts readTopology()
 {
     const quint32 highestLeaf = cpuid(0)[0];
     if (highestLeaf > kHighestKnownLeaf) {
-        std::fprintf(stderr, "got maxCPUID= 0x%x but the array only handles up to 0x%x. Bye at %s %d\n",
+        std::fprintf(stderr,
+                     "got maxCPUID= 0x%x but the array only handles up to 0x%x. Bye at %s %d\n",
                      uint(highestLeaf), uint(kHighestKnownLeaf), kModule, __LINE__);
         return {};
     }
@@ -315,9 +315,9 @@ CpuTopology::Counts readTopology()
             return {};
         if (const int last = processors - 1;
             processors > 0 && !CpuTopology::maskBit(last, pinning.groups(), kMaskBits)) {
-            std::fprintf(stderr,
-                         "Error: Wanted cpu %d but mask only supports up to %d cpus at %s %d. Bye\n",
-                         last, pinning.groups() * kMaskBits, kModule, __LINE__);
+            std::fprintf(
+                stderr, "Error: Wanted cpu %d but mask only supports up to %d cpus at %s %d. Bye\n",
+                last, pinning.groups() * kMaskBits, kModule, __LINE__);
             return {};
         }
         for (int group = 0; group < pinning.groups(); ++group) {

@@ -1,6 +1,6 @@
+#include "foundation/KPoolMemManager.h"
 #include "foundation/KException.h"
 #include "foundation/KFoundation.h"
-#include "foundation/KPoolMemManager.h"
 #include "foundation/KSystemInfo.h"
 #include "foundation/KTemporaryFolder.h"
 
@@ -20,8 +20,8 @@ TEST(PoolMemManager, BlockSizesFollowTheBudgetAndTheThreads)
         int memoryMo;
         int threads;
         int blocMo;
-    } rows[] = {{1024, 4, 4}, {8, 1, 1}, {1024, 32, 2}, {1200, 1, 8}, {1199, 1, 4}, {7, 1, 1},
-                {0, 1, 1}};
+    } rows[] = {{1024, 4, 4}, {8, 1, 1}, {1024, 32, 2}, {1200, 1, 8},
+                {1199, 1, 4}, {7, 1, 1}, {0, 1, 1}};
     for (const auto &row : rows)
         EXPECT_EQ(KPoolMemManager::BlocMoFor(row.memoryMo, row.threads), row.blocMo)
             << row.memoryMo << " " << row.threads;

@@ -1,5 +1,5 @@
-#include "foundation/KSystemInfo.h"
 #include "foundation/SystemInfo.h"
+#include "foundation/KSystemInfo.h"
 
 #include <gtest/gtest.h>
 
@@ -127,8 +127,9 @@ TEST(SystemInfo, NamesOfSystemsAndProcessors)
     EXPECT_EQ(SystemInfo::linuxOsName(release, "6.1.0", "x86_64", 32), "Debian 12 64-bit | 6.1.0");
     EXPECT_EQ(SystemInfo::linuxOsName("NAME=Arch\nPRETTY_NAME=\"\n", "6", "i686", 32), "\" | 6");
     EXPECT_EQ(SystemInfo::linuxOsName("", "6", "i686", 32), "Linux | 6");
-    EXPECT_EQ(SystemInfo::cpuNameFromProc("processor\t: 0\nmodel name\t:  Some CPU \nmodel name: B"),
-              "Some CPU");
+    EXPECT_EQ(
+        SystemInfo::cpuNameFromProc("processor\t: 0\nmodel name\t:  Some CPU \nmodel name: B"),
+        "Some CPU");
     EXPECT_EQ(SystemInfo::cpuNameFromProc("nothing"), "");
 
     const struct

@@ -1,0 +1,435 @@
+// Before any Qt header: glib has a member called "signals".
+#include <vips/vips.h>
+
+#include "KImage/VipsCodec.h"
+
+#include "KImage/ImageLimits.h"
+#include "KImage/KImage.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <mutex>
+
+Q_LOGGING_CATEGORY(imageLog, "kimage", QtWarningMsg)
+
+namespace VipsCodec {
+
+namespace {
+
+struct Unref
+{
+    void operator()(VipsImage *image) const { g_object_unref(image); }
+};
+using Image = std::unique_ptr<VipsImage, Unref>;
+
+/// libvips complains about each flaw of a file; people look at the picture instead.
+void logQuietly(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
+{
+    qCDebug(imageLog) << message;
+}
+
+/// Once, on first use: false when the library cannot run.
+bool start()
+{
+    static const bool started = [] {
+        if (VIPS_INIT("orbilens-player") != 0)
+            return false;
+        g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE),
+                          logQuietly, nullptr);
+        // Results are remembered by file name, so a changed file would come back as it was.
+        vips_cache_set_max(0);
+        vips_block_untrusted_set(TRUE);
+        // Radiance and OpenEXR are what panoramas of high dynamic range come in.
+        vips_operation_block_set("VipsForeignLoadRad", FALSE);
+        vips_operation_block_set("VipsForeignLoadOpenexr", FALSE);
+        return true;
+    }();
+    return started;
+}
+
+/// Class name of the loader that knows the file, null for none.
+const char *loaderOf(const QString &path)
+{
+    if (!start())
+        return nullptr;
+    const char *loader = vips_foreign_find_load(QFile::encodeName(path).constData());
+    vips_error_clear();
+    return loader;
+}
+
+QString formatName(const QByteArray &loader, VipsImage *image)
+{
+    if (vips_image_get_interpretation(image) == VIPS_INTERPRETATION_CMYK)
+        return QStringLiteral("CMYK");
+    const struct
+    {
+        const char *part;
+        const char *name;
+    } names[] = {{"Jpeg", "JPEG"}, {"Png", "PNG"}, {"Tiff", "TIFF"}, {"Webp", "WEBP"},
+                 {"Heif", "HEIF"}, {"gif", "GIF"}, {"Rad", "HDR"},   {"Openexr", "EXR"}};
+    for (const auto &entry : names) {
+        if (!loader.contains(entry.part))
+            continue;
+        const bool tiled =
+            loader.contains("Tiff") && vips_image_get_typeof(image, "tile-width") != 0;
+        return QLatin1String(entry.name) + QLatin1String(tiled ? " tiled" : "");
+    }
+    return QStringLiteral("UNKNOWN");
+}
+
+bool isGray(VipsImage *image)
+{
+    const VipsInterpretation kind = vips_image_get_interpretation(image);
+    return kind == VIPS_INTERPRETATION_B_W || kind == VIPS_INTERPRETATION_GREY16 ||
+           image->Bands < 3;
+}
+
+/// Whether the loader hands out rows without having decoded the whole picture before.
+bool streams(const QByteArray &loader, VipsImage *image)
+{
+    if (vips_image_get_typeof(image, "interlaced") != 0 ||
+        vips_image_get_typeof(image, "jpeg-multiscan") != 0)
+        return false;
+    return loader.contains("Jpeg") || loader.contains("Png") || loader.contains("Tiff") ||
+           loader.contains("Rad") || loader.contains("Openexr");
+}
+
+/// An error of libvips, told apart by what the file still allows.
+ImageError lastError()
+{
+    const QByteArray text(vips_error_buffer());
+    vips_error_clear();
+    qCDebug(imageLog) << text;
+    return text.contains("out of memory") || text.contains("unable to allocate")
+               ? ImageError::NoMemory
+               : ImageError::FileRead;
+}
+
+Image openHeader(const QString &path)
+{
+    return Image(vips_image_new_from_file(QFile::encodeName(path).constData(), "access",
+                                          VIPS_ACCESS_SEQUENTIAL, nullptr));
+}
+
+/// Header checks that keep memory bounded.
+ImageError check(const QString &path)
+{
+    const Image header = openHeader(path);
+    if (!header)
+        return lastError();
+    const auto width = qint64(header->Xsize);
+    const auto height = qint64(header->Ysize);
+    if (!ImageLimits::acceptable(width, height))
+        return ImageError::NoMemory;
+    const auto bytes = qint64(VIPS_IMAGE_SIZEOF_PEL(header.get())) * width * height;
+    if (!streams(QByteArray(loaderOf(path)), header.get()) && bytes > ImageLimits::kMaxPixelBytes)
+        return ImageError::NoMemory;
+    return ImageError::None;
+}
+
+/// Runs @p operation, which makes a new image from the old one; false leaves no image.
+template <class Operation>
+bool apply(Image &image, Operation operation)
+{
+    VipsImage *result = nullptr;
+    if (operation(image.get(), &result) != 0) {
+        image.reset();
+        return false;
+    }
+    image.reset(result);
+    return true;
+}
+
+bool toColourspace(Image &image, VipsInterpretation space)
+{
+    return apply(image, [space](VipsImage *in, VipsImage **out) {
+        return vips_colourspace(in, out, space, nullptr);
+    });
+}
+
+bool toFormat(Image &image, VipsBandFormat format)
+{
+    if (image->BandFmt == format)
+        return true;
+    return apply(image, [format](VipsImage *in, VipsImage **out) {
+        return vips_cast(in, out, format, nullptr);
+    });
+}
+
+/// Colour or gray of at most four channels, in one of the three depths that bitmaps have.
+bool normalise(Image &image)
+{
+    if (image->Coding == VIPS_CODING_RAD && !apply(image, [](VipsImage *in, VipsImage **out) {
+            return vips_rad2float(in, out, nullptr);
+        }))
+        return false;
+    const bool isFloat =
+        image->BandFmt == VIPS_FORMAT_FLOAT || image->BandFmt == VIPS_FORMAT_DOUBLE;
+    const bool cmyk = vips_image_get_interpretation(image.get()) == VIPS_INTERPRETATION_CMYK;
+    if (!isFloat && (cmyk || vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) != 0)) {
+        const int depth = image->BandFmt == VIPS_FORMAT_USHORT ? 16 : 8;
+        const Image before(static_cast<VipsImage *>(g_object_ref(image.get())));
+        const bool converted = apply(image, [cmyk, depth](VipsImage *in, VipsImage **out) {
+            return vips_icc_transform(in, out, "srgb", "embedded", TRUE, "input_profile",
+                                      cmyk ? "cmyk" : "srgb", "depth", depth, nullptr);
+        });
+        // A broken profile is as good as none.
+        if (!converted) {
+            vips_error_clear();
+            image.reset(static_cast<VipsImage *>(g_object_ref(before.get())));
+        }
+    }
+
+    const bool gray = isGray(image.get()) && image->Bands == 1;
+    if (isFloat) {
+        if (!gray && vips_image_get_interpretation(image.get()) != VIPS_INTERPRETATION_scRGB &&
+            image->Bands < 3 && !toColourspace(image, VIPS_INTERPRETATION_scRGB))
+            return false;
+        if (!toFormat(image, VIPS_FORMAT_FLOAT))
+            return false;
+    } else {
+        const bool deep = image->BandFmt != VIPS_FORMAT_UCHAR && image->BandFmt != VIPS_FORMAT_CHAR;
+        const VipsInterpretation colour =
+            deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
+        const VipsInterpretation gray1 =
+            deep ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
+        if (!toColourspace(image, gray ? gray1 : colour) ||
+            !toFormat(image, deep ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR))
+            return false;
+    }
+    if (image->Bands > 4)
+        return apply(image, [](VipsImage *in, VipsImage **out) {
+            return vips_extract_band(in, out, 0, "n", 3, nullptr);
+        });
+    return true;
+}
+
+bool upright(Image &image)
+{
+    if (vips_image_get_orientation(image.get()) <= 1)
+        return true;
+    // A turn reads columns, which a file that is read from top to bottom cannot give.
+    image.reset(vips_image_copy_memory(image.get()));
+    return image && apply(image, [](VipsImage *in, VipsImage **out) {
+               return vips_autorot(in, out, nullptr);
+           });
+}
+
+/// The like of what is in @p image among the bitmaps; two-channel images have none.
+std::optional<PixelFormat> bitmapFormat(VipsImage *image)
+{
+    const bool one = image->Bands == 1;
+    const bool three = image->Bands == 3;
+    if (!one && !three && image->Bands != 4)
+        return std::nullopt;
+    switch (image->BandFmt) {
+    case VIPS_FORMAT_UCHAR:
+        return one ? PixelFormat::Gray8 : three ? PixelFormat::Rgb8 : PixelFormat::Rgba8;
+    case VIPS_FORMAT_USHORT:
+        return one ? PixelFormat::Gray16 : three ? PixelFormat::Rgb16 : PixelFormat::Rgba16;
+    case VIPS_FORMAT_FLOAT:
+        return one     ? PixelFormat::GrayFloat
+               : three ? PixelFormat::RgbFloat
+                       : PixelFormat::RgbaFloat;
+    default:
+        return std::nullopt;
+    }
+}
+
+struct Sink
+{
+    KBitmap &target;
+    PixelFormat source;
+    const std::atomic<bool> *cancelled;
+};
+
+int writeRows(VipsRegion *region, VipsRect *area, void *context)
+{
+    const Sink &sink = *static_cast<Sink *>(context);
+    if (sink.cancelled && *sink.cancelled)
+        return -1;
+    for (int y = area->top; y < area->top + area->height; ++y)
+        KImage_Copy::Row(VIPS_REGION_ADDR(region, area->left, y), sink.source,
+                         sink.target.line(y) + area->left * bytesPerPixel(sink.target.format()),
+                         sink.target.format(), area->width);
+    return 0;
+}
+
+/// Computes @p image row by row into a bitmap of @p format.
+ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> format,
+                      const std::atomic<bool> *cancelled, KBitmap &bitmap)
+{
+    const std::optional<PixelFormat> source = bitmapFormat(image);
+    if (!source)
+        return ImageError::BadBitmap;
+    KBitmap result(image->Xsize, image->Ysize, format.value_or(*source));
+    Sink sink{result, *source, cancelled};
+    if (vips_sink_disc(image, writeRows, &sink) != 0)
+        return lastError();
+    bitmap = std::move(result);
+    return ImageError::None;
+}
+
+ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+{
+    Image image = openHeader(path);
+    if (!image || !normalise(image) || !upright(image))
+        return lastError();
+    return intoBitmap(image.get(), std::nullopt, request.cancelled, bitmap);
+}
+
+ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+{
+    const bool limited = request.limit.width() > 0 && request.limit.height() > 0;
+    const int width = limited ? request.limit.width() : ImageLimits::kMaxSide;
+    const int height = limited ? request.limit.height() : ImageLimits::kMaxSide;
+    VipsImage *result = nullptr;
+    if (vips_thumbnail(QFile::encodeName(path).constData(), &result, width, "height", height,
+                       "size", VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr) != 0)
+        return lastError();
+    Image image(result);
+    if (!normalise(image))
+        return lastError();
+    return intoBitmap(image.get(), request.format, request.cancelled, bitmap);
+}
+
+/// A view of a bitmap's pixels, which must outlive it.
+Image view(const KBitmap &bitmap)
+{
+    const int channels = channelCount(bitmap.format());
+    const int bytes = bytesPerPixel(bitmap.format()) / channels;
+    const VipsBandFormat format = bytes == 1   ? VIPS_FORMAT_UCHAR
+                                  : bytes == 2 ? VIPS_FORMAT_USHORT
+                                               : VIPS_FORMAT_FLOAT;
+    Image image(vips_image_new_from_memory(bitmap.line(0), std::size_t(bitmap.byteCount()),
+                                           bitmap.width(), bitmap.height(), channels, format));
+    if (!image)
+        return image;
+    VipsInterpretation kind = VIPS_INTERPRETATION_sRGB;
+    if (bytes == 4)
+        kind = channels == 1 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_scRGB;
+    else if (channels == 1)
+        kind = bytes == 2 ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
+    else if (bytes == 2)
+        kind = VIPS_INTERPRETATION_RGB16;
+    image->Type = kind;
+    return image;
+}
+
+} // namespace
+
+QStringList suffixes()
+{
+    if (!start())
+        return {};
+    QStringList suffixes{QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jpe"),
+                         QStringLiteral("png"), QStringLiteral("tif"),  QStringLiteral("tiff"),
+                         QStringLiteral("hdr")};
+    const struct
+    {
+        const char *loader;
+        QStringList suffixes;
+    } optional[] = {
+        {"VipsForeignLoadWebpFile", {QStringLiteral("webp")}},
+        {"VipsForeignLoadNsgifFile", {QStringLiteral("gif")}},
+        {"VipsForeignLoadHeifFile",
+         {QStringLiteral("heic"), QStringLiteral("heif"), QStringLiteral("avif")}},
+        {"VipsForeignLoadOpenexr", {QStringLiteral("exr")}},
+    };
+    for (const auto &entry : optional) {
+        if (g_type_from_name(entry.loader) != 0)
+            suffixes += entry.suffixes;
+    }
+    return suffixes;
+}
+
+bool reads(const QString &path)
+{
+    return loaderOf(path) != nullptr;
+}
+
+ImageError describe(const QString &path, ImageInfo &info)
+{
+    const Image header = openHeader(path);
+    if (!header)
+        return lastError();
+    info.size = QSize(header->Xsize, header->Ysize);
+    constexpr int kFirstTurned = 5;
+    if (vips_image_get_orientation(header.get()) >= kFirstTurned)
+        info.size.transpose();
+    info.formatName = formatName(QByteArray(loaderOf(path)), header.get());
+    info.gray = isGray(header.get());
+    return ImageError::None;
+}
+
+ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+{
+    const ImageError error = check(path);
+    if (error != ImageError::None)
+        return error;
+    return request.format ? loadFitted(path, request, bitmap) : loadNative(path, request, bitmap);
+}
+
+ImageError resize(const KBitmap &source, KBitmap &target)
+{
+    if (!start())
+        return ImageError::Unknown;
+    Image image = view(source);
+    if (!image)
+        return lastError();
+    const bool straightAlpha =
+        hasAlpha(source.format()) && source.format() != PixelFormat::Bgra8Premultiplied;
+    const VipsBandFormat depth = image->BandFmt;
+    const auto premultiply = [](VipsImage *in, VipsImage **out) {
+        return vips_premultiply(in, out, nullptr);
+    };
+    const auto unpremultiply = [](VipsImage *in, VipsImage **out) {
+        return vips_unpremultiply(in, out, nullptr);
+    };
+    if (straightAlpha && !apply(image, premultiply))
+        return lastError();
+    const double across = double(target.width()) / source.width();
+    const double down = double(target.height()) / source.height();
+    if (!apply(image, [across, down](VipsImage *in, VipsImage **out) {
+            return vips_resize(in, out, across, "vscale", down, nullptr);
+        }))
+        return lastError();
+    if (straightAlpha && (!apply(image, unpremultiply) || !toFormat(image, depth)))
+        return lastError();
+    if (image->Xsize != target.width() || image->Ysize != target.height())
+        return ImageError::BadParameters;
+    return intoBitmap(image.get(), target.format(), nullptr, target);
+}
+
+ImageError encode(const KBitmap &bitmap, const QString &format, int quality, QByteArray &bytes)
+{
+    if (!start())
+        return ImageError::Unknown;
+    const Image image = view(bitmap);
+    if (!image)
+        return lastError();
+    void *buffer = nullptr;
+    std::size_t size = 0;
+    int result = -1;
+    if (format == QLatin1String("jpeg"))
+        result = vips_jpegsave_buffer(image.get(), &buffer, &size, "Q", quality, "optimize_coding",
+                                      TRUE, nullptr);
+    else if (format == QLatin1String("tiff"))
+        result = vips_tiffsave_buffer(image.get(), &buffer, &size, "compression",
+                                      VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE, nullptr);
+    else if (format == QLatin1String("hdri"))
+        result = vips_radsave_buffer(image.get(), &buffer, &size, nullptr);
+    else
+        return ImageError::BadFormatIndex;
+    if (result != 0)
+        return lastError();
+    bytes = QByteArray(static_cast<const char *>(buffer), int(size));
+    g_free(buffer);
+    return ImageError::None;
+}
+
+} // namespace VipsCodec
