@@ -50,6 +50,13 @@ void ImageDef::readExif()
     const std::optional<ExifEntries> entries = MetadataReader::read(m_path);
     m_exifFailed = !entries;
     m_entries = entries.value_or(ExifEntries());
+    constexpr int kTileWidth = 322;
+    const auto isTiled = [](const ExifEntry &entry) {
+        return entry.flag == ExifFlag::Main && entry.tag == kTileWidth;
+    };
+    if (m_info.formatName == QLatin1String("TIFF") &&
+        std::any_of(m_entries.cbegin(), m_entries.cend(), isTiled))
+        m_info.formatName += QLatin1String(" tiled");
     m_metadata = Metadata::fromEntries(m_entries, m_valid ? m_info.size : QSize(0, 0));
     Metadata::applyOptions(m_metadata, m_options);
     for (const ExifEntry &entry : qAsConst(m_entries))

@@ -72,11 +72,8 @@ QString formatName(const QByteArray &loader, VipsImage *image)
     } names[] = {{"Jpeg", "JPEG"}, {"Png", "PNG"}, {"Tiff", "TIFF"}, {"Webp", "WEBP"},
                  {"Heif", "HEIF"}, {"gif", "GIF"}, {"Rad", "HDR"},   {"Openexr", "EXR"}};
     for (const auto &entry : names) {
-        if (!loader.contains(entry.part))
-            continue;
-        const bool tiled =
-            loader.contains("Tiff") && vips_image_get_typeof(image, "tile-width") != 0;
-        return QLatin1String(entry.name) + QLatin1String(tiled ? " tiled" : "");
+        if (loader.contains(entry.part))
+            return QLatin1String(entry.name);
     }
     return QStringLiteral("UNKNOWN");
 }
@@ -160,52 +157,83 @@ bool toFormat(Image &image, VipsBandFormat format)
     });
 }
 
-/// Colour or gray of at most four channels, in one of the three depths that bitmaps have.
+bool isFloatImage(VipsImage *image)
+{
+    return image->BandFmt == VIPS_FORMAT_FLOAT || image->BandFmt == VIPS_FORMAT_DOUBLE;
+}
+
+/// libvips counts the alpha of linear light to 255, and its OpenEXR loader gives it so; other files
+/// hold it to 1, as our bitmaps do.
+bool hasAlphaTo255(VipsImage *image)
+{
+    const char *loader = nullptr;
+    return image->Bands == 4 && vips_image_get_typeof(image, VIPS_META_LOADER) != 0 &&
+           vips_image_get_string(image, VIPS_META_LOADER, &loader) == 0 &&
+           QByteArray(loader).startsWith("openexr");
+}
+
+bool scaleAlphaTo1(Image &image)
+{
+    return apply(image, [](VipsImage *in, VipsImage **out) {
+        double factors[] = {1, 1, 1, 1.0 / 255};
+        double offsets[] = {0, 0, 0, 0};
+        return vips_linear(in, out, factors, offsets, 4, nullptr);
+    });
+}
+
+/// Through the file's profile, and that of usual printing inks for CMYK without one.
+void throughProfile(Image &image)
+{
+    const bool cmyk = vips_image_get_interpretation(image.get()) == VIPS_INTERPRETATION_CMYK;
+    if (isFloatImage(image.get()) ||
+        (!cmyk && vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) == 0))
+        return;
+    const int depth = image->BandFmt == VIPS_FORMAT_USHORT ? 16 : 8;
+    VipsImage *converted = nullptr;
+    if (vips_icc_transform(image.get(), &converted, "srgb", "embedded", TRUE, "input_profile",
+                           cmyk ? "cmyk" : "srgb", "depth", depth, nullptr) == 0)
+        image.reset(converted);
+    else
+        vips_error_clear(); // a broken profile is as good as none
+}
+
+/// Linear light: gray, RGB or RGBA.
+bool normaliseFloat(Image &image)
+{
+    if (hasAlphaTo255(image.get()) && !scaleAlphaTo1(image))
+        return false;
+    // Gray with alpha has no like among the bitmaps; the gray is what people come for.
+    if (image->Bands == 2 && !apply(image, [](VipsImage *in, VipsImage **out) {
+            return vips_extract_band(in, out, 0, nullptr);
+        }))
+        return false;
+    return toFormat(image, VIPS_FORMAT_FLOAT);
+}
+
+/// 8 or 16 bits of the sRGB curve: gray, RGB or RGBA.
+bool normaliseInteger(Image &image)
+{
+    const bool gray = isGray(image.get()) && image->Bands == 1;
+    const bool deep = image->BandFmt != VIPS_FORMAT_UCHAR && image->BandFmt != VIPS_FORMAT_CHAR;
+    const VipsInterpretation colour = deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
+    const VipsInterpretation lone = deep ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
+    return toColourspace(image, gray ? lone : colour) &&
+           toFormat(image, deep ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR);
+}
+
+/// At most four channels, in one of the three depths that bitmaps have.
 bool normalise(Image &image)
 {
     if (image->Coding == VIPS_CODING_RAD && !apply(image, [](VipsImage *in, VipsImage **out) {
             return vips_rad2float(in, out, nullptr);
         }))
         return false;
-    const bool isFloat =
-        image->BandFmt == VIPS_FORMAT_FLOAT || image->BandFmt == VIPS_FORMAT_DOUBLE;
-    const bool cmyk = vips_image_get_interpretation(image.get()) == VIPS_INTERPRETATION_CMYK;
-    if (!isFloat && (cmyk || vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) != 0)) {
-        const int depth = image->BandFmt == VIPS_FORMAT_USHORT ? 16 : 8;
-        const Image before(static_cast<VipsImage *>(g_object_ref(image.get())));
-        const bool converted = apply(image, [cmyk, depth](VipsImage *in, VipsImage **out) {
-            return vips_icc_transform(in, out, "srgb", "embedded", TRUE, "input_profile",
-                                      cmyk ? "cmyk" : "srgb", "depth", depth, nullptr);
-        });
-        // A broken profile is as good as none.
-        if (!converted) {
-            vips_error_clear();
-            image.reset(static_cast<VipsImage *>(g_object_ref(before.get())));
-        }
-    }
-
-    const bool gray = isGray(image.get()) && image->Bands == 1;
-    if (isFloat) {
-        if (!gray && vips_image_get_interpretation(image.get()) != VIPS_INTERPRETATION_scRGB &&
-            image->Bands < 3 && !toColourspace(image, VIPS_INTERPRETATION_scRGB))
-            return false;
-        if (!toFormat(image, VIPS_FORMAT_FLOAT))
-            return false;
-    } else {
-        const bool deep = image->BandFmt != VIPS_FORMAT_UCHAR && image->BandFmt != VIPS_FORMAT_CHAR;
-        const VipsInterpretation colour =
-            deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
-        const VipsInterpretation gray1 =
-            deep ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
-        if (!toColourspace(image, gray ? gray1 : colour) ||
-            !toFormat(image, deep ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR))
-            return false;
-    }
-    if (image->Bands > 4)
-        return apply(image, [](VipsImage *in, VipsImage **out) {
-            return vips_extract_band(in, out, 0, "n", 3, nullptr);
-        });
-    return true;
+    if (!(isFloatImage(image.get()) ? normaliseFloat(image) : normaliseInteger(image)))
+        return false;
+    constexpr int kMostChannels = 4;
+    return image->Bands <= kMostChannels || apply(image, [](VipsImage *in, VipsImage **out) {
+               return vips_extract_band(in, out, 0, "n", 3, nullptr);
+           });
 }
 
 bool upright(Image &image)
@@ -277,9 +305,20 @@ ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> format,
 ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
     Image image = openHeader(path);
-    if (!image || !normalise(image) || !upright(image))
+    if (!image)
+        return lastError();
+    throughProfile(image);
+    if (!normalise(image) || !upright(image))
         return lastError();
     return intoBitmap(image.get(), std::nullopt, request.cancelled, bitmap);
+}
+
+/// To libvips' shrinking loader alpha to 1 is transparent and gray to 1 is black.
+bool needsNative(const QString &path)
+{
+    const Image header = openHeader(path);
+    return header && isFloatImage(header.get()) && header->Bands != 3 &&
+           !hasAlphaTo255(header.get());
 }
 
 ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &bitmap)
@@ -371,7 +410,13 @@ ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap
     const ImageError error = check(path);
     if (error != ImageError::None)
         return error;
-    return request.format ? loadFitted(path, request, bitmap) : loadNative(path, request, bitmap);
+    if (request.format && !needsNative(path))
+        return loadFitted(path, request, bitmap);
+    const ImageError loaded = loadNative(path, request, bitmap);
+    if (loaded == ImageError::None && request.format)
+        bitmap = KImage::Scale(KImage::Convert(bitmap, *request.format),
+                               ImageLoader::fitted(bitmap.size(), request.limit));
+    return loaded;
 }
 
 ImageError resize(const KBitmap &source, KBitmap &target)
@@ -384,11 +429,12 @@ ImageError resize(const KBitmap &source, KBitmap &target)
     const bool straightAlpha =
         hasAlpha(source.format()) && source.format() != PixelFormat::Bgra8Premultiplied;
     const VipsBandFormat depth = image->BandFmt;
-    const auto premultiply = [](VipsImage *in, VipsImage **out) {
-        return vips_premultiply(in, out, nullptr);
+    const double opaque = isFloat(source.format()) ? 1 : depth == VIPS_FORMAT_USHORT ? 65535 : 255;
+    const auto premultiply = [opaque](VipsImage *in, VipsImage **out) {
+        return vips_premultiply(in, out, "max_alpha", opaque, nullptr);
     };
-    const auto unpremultiply = [](VipsImage *in, VipsImage **out) {
-        return vips_unpremultiply(in, out, nullptr);
+    const auto unpremultiply = [opaque](VipsImage *in, VipsImage **out) {
+        return vips_unpremultiply(in, out, "max_alpha", opaque, nullptr);
     };
     if (straightAlpha && !apply(image, premultiply))
         return lastError();
