@@ -137,10 +137,8 @@ QImage KBitmap::takeImage()
     const std::optional<QImage::Format> format = imageFormat(m_format);
     if (!isValid() || !format || bytesPerLine() > std::numeric_limits<int>::max())
         return QImage();
-    auto kept = std::make_unique<KBitmap>(std::move(*this));
-    const KBitmap &pixels = *kept;
-    return QImage(
-        kept->line(0), pixels.width(), pixels.height(), int(pixels.bytesPerLine()), *format,
-        [](void *owner) { std::unique_ptr<KBitmap>(static_cast<KBitmap *>(owner)); },
-        kept.release());
+    auto *kept = new KBitmap(std::move(*this));
+    const auto release = [](void *owner) { delete static_cast<KBitmap *>(owner); };
+    return QImage(kept->line(0), kept->width(), kept->height(), int(kept->bytesPerLine()), *format,
+                  release, kept);
 }

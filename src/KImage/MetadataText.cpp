@@ -64,19 +64,12 @@ double coordinate(const QString &text, const QString &reference)
 
 QDateTime date(const QString &text)
 {
-    int year = 0;
-    int month = 0;
-    int day = 0;
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
-    constexpr int kFields = 6;
-    const QByteArray bytes = text.left(kLongestNumber).toLatin1();
-    if (std::sscanf(bytes.constData(), "%d:%d:%d %d:%d:%d", &year, &month, &day, &hour, &minute,
-                    &second) != kFields)
-        return QDateTime();
-    const QDate date(year, month, day);
-    const QTime time(hour, minute, second);
+    static const QRegularExpression kDate(
+        QStringLiteral("^\\s*(\\d{1,4}):(\\d{1,2}):(\\d{1,2}) +(\\d{1,2}):(\\d{1,2}):(\\d{1,2})"));
+    const QRegularExpressionMatch match = kDate.match(text.left(kLongestNumber));
+    const auto field = [&match](int index) { return match.captured(index).toInt(); };
+    const QDate date(field(1), field(2), field(3));
+    const QTime time(field(4), field(5), field(6));
     return date.isValid() && time.isValid() ? QDateTime(date, time) : QDateTime();
 }
 

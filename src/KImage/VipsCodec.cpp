@@ -51,31 +51,32 @@ bool start()
     return started;
 }
 
-/// Class name of the loader that knows the file, null for none.
-const char *loaderOf(const QString &path)
+/// The loaders in use, by their class.
+struct Loader
+{
+    const char *className;
+    const char *formatName;
+    bool streams; ///< hands out rows without having decoded the whole picture before
+};
+constexpr Loader kLoaders[] = {
+    {"VipsForeignLoadJpegFile", "JPEG", true},  {"VipsForeignLoadPngFile", "PNG", true},
+    {"VipsForeignLoadTiffFile", "TIFF", true},  {"VipsForeignLoadRadFile", "HDR", true},
+    {"VipsForeignLoadOpenexr", "EXR", true},    {"VipsForeignLoadWebpFile", "WEBP", false},
+    {"VipsForeignLoadHeifFile", "HEIF", false}, {"VipsForeignLoadNsgifFile", "GIF", false}};
+
+/// The one that knows the file by its contents, null for none; those that are switched off are
+/// found by libvips too.
+const Loader *loaderOf(const QString &path)
 {
     if (!start())
         return nullptr;
-    const char *loader = vips_foreign_find_load(QFile::encodeName(path).constData());
+    const char *className = vips_foreign_find_load(QFile::encodeName(path).constData());
     vips_error_clear();
-    return loader;
-}
-
-QString formatName(const QByteArray &loader, VipsImage *image)
-{
-    if (vips_image_get_interpretation(image) == VIPS_INTERPRETATION_CMYK)
-        return QStringLiteral("CMYK");
-    const struct
-    {
-        const char *part;
-        const char *name;
-    } names[] = {{"Jpeg", "JPEG"}, {"Png", "PNG"}, {"Tiff", "TIFF"}, {"Webp", "WEBP"},
-                 {"Heif", "HEIF"}, {"gif", "GIF"}, {"Rad", "HDR"},   {"Openexr", "EXR"}};
-    for (const auto &entry : names) {
-        if (loader.contains(entry.part))
-            return QLatin1String(entry.name);
-    }
-    return QStringLiteral("UNKNOWN");
+    const auto *found =
+        std::find_if(std::begin(kLoaders), std::end(kLoaders), [className](const Loader &loader) {
+            return qstrcmp(loader.className, className) == 0;
+        });
+    return found == std::end(kLoaders) ? nullptr : found;
 }
 
 bool isGray(VipsImage *image)
@@ -85,14 +86,10 @@ bool isGray(VipsImage *image)
            image->Bands < 3;
 }
 
-/// Whether the loader hands out rows without having decoded the whole picture before.
-bool streams(const QByteArray &loader, VipsImage *image)
+bool interlaced(VipsImage *image)
 {
-    if (vips_image_get_typeof(image, "interlaced") != 0 ||
-        vips_image_get_typeof(image, "jpeg-multiscan") != 0)
-        return false;
-    return loader.contains("Jpeg") || loader.contains("Png") || loader.contains("Tiff") ||
-           loader.contains("Rad") || loader.contains("Openexr");
+    return vips_image_get_typeof(image, "interlaced") != 0 ||
+           vips_image_get_typeof(image, "jpeg-multiscan") != 0;
 }
 
 /// An error of libvips, told apart by what the file still allows.
@@ -123,9 +120,10 @@ ImageError check(const QString &path)
     if (!ImageLimits::acceptable(width, height))
         return ImageError::NoMemory;
     const auto bytes = qint64(VIPS_IMAGE_SIZEOF_PEL(header.get())) * width * height;
-    if (!streams(QByteArray(loaderOf(path)), header.get()) && bytes > ImageLimits::kMaxPixelBytes)
-        return ImageError::NoMemory;
-    return ImageError::None;
+    const Loader *loader = loaderOf(path);
+    const bool streams = loader && loader->streams && !interlaced(header.get());
+    return streams || bytes <= ImageLimits::kMaxPixelBytes ? ImageError::None
+                                                           : ImageError::NoMemory;
 }
 
 /// Runs @p operation, which makes a new image from the old one; false leaves no image.
@@ -181,13 +179,20 @@ bool scaleAlphaTo1(Image &image)
     });
 }
 
-/// Through the file's profile, and that of usual printing inks for CMYK without one.
+/// Whether colours are to go through the file's profile, or that of usual printing inks for CMYK
+/// without one.
+bool hasProfile(VipsImage *image)
+{
+    return !isFloatImage(image) &&
+           (vips_image_get_interpretation(image) == VIPS_INTERPRETATION_CMYK ||
+            vips_image_get_typeof(image, VIPS_META_ICC_NAME) != 0);
+}
+
 void throughProfile(Image &image)
 {
-    const bool cmyk = vips_image_get_interpretation(image.get()) == VIPS_INTERPRETATION_CMYK;
-    if (isFloatImage(image.get()) ||
-        (!cmyk && vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) == 0))
+    if (!hasProfile(image.get()))
         return;
+    const bool cmyk = vips_image_get_interpretation(image.get()) == VIPS_INTERPRETATION_CMYK;
     const int depth = image->BandFmt == VIPS_FORMAT_USHORT ? 16 : 8;
     VipsImage *converted = nullptr;
     if (vips_icc_transform(image.get(), &converted, "srgb", "embedded", TRUE, "input_profile",
@@ -287,11 +292,11 @@ int writeRows(VipsRegion *region, VipsRect *area, void *context)
     return 0;
 }
 
-/// Computes @p image row by row into a bitmap of @p format.
-ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> format,
-                      const std::atomic<bool> *cancelled, KBitmap &bitmap)
+/// Computes @p image, whose pixels are @p source, row by row into a bitmap of @p format.
+ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> source,
+                      std::optional<PixelFormat> format, const std::atomic<bool> *cancelled,
+                      KBitmap &bitmap)
 {
-    const std::optional<PixelFormat> source = bitmapFormat(image);
     if (!source)
         return ImageError::BadBitmap;
     KBitmap result(image->Xsize, image->Ysize, format.value_or(*source));
@@ -310,7 +315,8 @@ ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &
     throughProfile(image);
     if (!normalise(image) || !upright(image))
         return lastError();
-    return intoBitmap(image.get(), std::nullopt, request.cancelled, bitmap);
+    return intoBitmap(image.get(), bitmapFormat(image.get()), std::nullopt, request.cancelled,
+                      bitmap);
 }
 
 /// To libvips' shrinking loader alpha to 1 is transparent and gray to 1 is black.
@@ -321,19 +327,33 @@ bool needsNative(const QString &path)
            !hasAlphaTo255(header.get());
 }
 
+bool needsProfile(const QString &path)
+{
+    const Image header = openHeader(path);
+    return header && hasProfile(header.get());
+}
+
 ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
     const bool limited = request.limit.width() > 0 && request.limit.height() > 0;
     const int width = limited ? request.limit.width() : ImageLimits::kMaxSide;
     const int height = limited ? request.limit.height() : ImageLimits::kMaxSide;
+    const QByteArray name = QFile::encodeName(path);
     VipsImage *result = nullptr;
-    if (vips_thumbnail(QFile::encodeName(path).constData(), &result, width, "height", height,
-                       "size", VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr) != 0)
+    // Pixels that need no profile would come out of its arithmetic with other colours.
+    const int failed =
+        needsProfile(path)
+            ? vips_thumbnail(name.constData(), &result, width, "height", height, "size",
+                             VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr)
+            : vips_thumbnail(name.constData(), &result, width, "height", height, "size",
+                             VIPS_SIZE_DOWN, nullptr);
+    if (failed != 0)
         return lastError();
     Image image(result);
     if (!normalise(image))
         return lastError();
-    return intoBitmap(image.get(), request.format, request.cancelled, bitmap);
+    return intoBitmap(image.get(), bitmapFormat(image.get()), request.format, request.cancelled,
+                      bitmap);
 }
 
 /// A view of a bitmap's pixels, which must outlive it.
@@ -400,7 +420,11 @@ ImageError describe(const QString &path, ImageInfo &info)
     constexpr int kFirstTurned = 5;
     if (vips_image_get_orientation(header.get()) >= kFirstTurned)
         info.size.transpose();
-    info.formatName = formatName(QByteArray(loaderOf(path)), header.get());
+    const Loader *loader = loaderOf(path);
+    if (vips_image_get_interpretation(header.get()) == VIPS_INTERPRETATION_CMYK)
+        info.formatName = QStringLiteral("CMYK");
+    else
+        info.formatName = QLatin1String(loader ? loader->formatName : "UNKNOWN");
     info.gray = isGray(header.get());
     return ImageError::None;
 }
@@ -448,7 +472,7 @@ ImageError resize(const KBitmap &source, KBitmap &target)
         return lastError();
     if (image->Xsize != target.width() || image->Ysize != target.height())
         return ImageError::BadParameters;
-    return intoBitmap(image.get(), target.format(), nullptr, target);
+    return intoBitmap(image.get(), source.format(), source.format(), nullptr, target);
 }
 
 ImageError encode(const KBitmap &bitmap, const QString &format, int quality, QByteArray &bytes)

@@ -172,7 +172,10 @@ TEST(Bitmap, ScalingKeepsColoursAndDoesNotBleed)
             const KBitmap scaled = KImage::Scale(source, size);
             ASSERT_EQ(scaled.size(), size);
             ASSERT_EQ(scaled.format(), PixelFormat(f));
-            EXPECT_EQ(KImage::Convert(scaled, PixelFormat::Rgba8).line(size.height() / 2)[3], 255);
+            const KBitmap rgba = KImage::Convert(scaled, PixelFormat::Rgba8);
+            EXPECT_EQ(rgba.line(size.height() / 2)[3], 255);
+            const uchar *middle = rgba.line(size.height() / 2);
+            EXPECT_NEAR(middle[2], channelCount(source.format()) > 1 ? 77 : middle[0], 1);
         }
     }
     const KBitmap half = KImage::Convert(
@@ -269,7 +272,9 @@ TEST(Bitmap, SavedFilesAreReadByOthers)
         KImage::Save(bitmap, pictures.path(row.name), options);
         EXPECT_EQ(pictures.run("identify", {"-format", "%m %w %h %z", row.name}), row.identified);
         const KBitmap back = KImage::Read(pictures.path(row.name));
-        EXPECT_NEAR(back.line(16)[4 * 32 + 1], rgbaOf(bitmap).at(0) + 127, 4);
+        const KBitmap expected = KImage::Convert(bitmap, PixelFormat::Rgba8);
+        for (int c = 0; c < 3; ++c)
+            EXPECT_NEAR(back.line(16)[4 * 32 + c], expected.line(16)[4 * 32 + c], 5);
     }
     for (const char *name : {"a.jpg", "a.tif"}) {
         EXPECT_EQ(pictures

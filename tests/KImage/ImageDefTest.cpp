@@ -94,8 +94,10 @@ TEST(ImageDef, DumpListsEveryEntry)
     pictures.run("exiftool",
                  {"-q", "-overwrite_original", "-Make=A %1 b", "-ExposureTime=1/250",
                   "-ExposureProgram=Manual", "-GPSLatitude=48.858222", "-GPSLatitudeRef=N",
-                  "-UserComment=hello", "-InteropIndex=R98", "-IFD0:DateTime=2020:01:02 03:04:05",
-                  "-MeteringMode=Spot", "-DeviceSettingDescription=\x01\x02\x03", "a.jpg"});
+                  "-UserComment=hello", "-InteropIndex=R98", "-IFD0:ModifyDate=2020:01:02 03:04:05",
+                  "-MeteringMode=Spot", "a.jpg"});
+    pictures.run("exiv2",
+                 {"-M", "set Exif.Photo.DeviceSettingDescription Undefined 1 2 3", "a.jpg"});
     text.clear();
     ImageDef image(pictures.path("a.jpg"));
     image.DumpExif(text);

@@ -207,11 +207,11 @@ TEST(MetadataReader, AgreesWithExiv2sOwnProgram)
     ASSERT_TRUE(entries);
     // Texts and numbers in their plain form, tag by tag.
     const QStringList lines =
-        pictures.run("exiv2", {"-PEntv", "a.jpg"}).split('\n', Qt::SkipEmptyParts);
+        pictures.run("exiv2", {"-PEkyv", "a.jpg"}).split('\n', Qt::SkipEmptyParts);
     int compared = 0;
     for (const QString &line : lines) {
         static const QRegularExpression kLine(
-            "^(\\S+)\\s+(Ascii|Rational|SRational|Short|Long)\\s+(.*)$");
+            "^Exif\\.\\w+\\.(\\S+)\\s+(Ascii|Rational|SRational|Short|Long)\\s+(.*)$");
         const QRegularExpressionMatch match = kLine.match(line);
         if (!match.hasMatch())
             continue;
@@ -250,6 +250,6 @@ TEST(MetadataReader, BrokenAndHugeMetadataIsHarmless)
     }
     EXPECT_FALSE(MetadataReader::read(pictures.path("absent")));
     EXPECT_FALSE(MetadataReader::read(pictures.path("")));
-    const auto none = MetadataReader::read(pictures.write("a.txt", "text"));
+    const auto none = MetadataReader::read(pictures.write("a.txt", QByteArray(200, 't')));
     EXPECT_TRUE(none && none->isEmpty());
 }

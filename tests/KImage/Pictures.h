@@ -62,7 +62,7 @@ public:
     /// A small camera raw: a gray ramp as what a colour filter array saw.
     QString makeDng(const QString &name) const
     {
-        make("cfa.tif", {"-size", "64x48", "gradient:gray30-gray80", "-colorspace", "Gray",
+        make("cfa.tif", {"-size", "64x48", "gradient:gray10-gray30", "-colorspace", "Gray",
                          "-depth", "16", "-compress", "none"});
         run("exiftool",
             {"-q", "-m", "-o", name, "-DNGVersion=1 4 0 0", "-DNGBackwardVersion=1 1 0 0",
