@@ -7,6 +7,7 @@ build_packages=(
   cmake ninja-build g++ ccache pkg-config
   qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtmultimedia5-dev libqt5svg5-dev
   libgl-dev libtbb-dev libvlc-dev
+  libvips-dev libraw-dev libexiv2-dev
 )
 run_packages=(
   libqt5sql5-sqlite libgl1-mesa-dri fonts-dejavu-core
