@@ -99,8 +99,9 @@ QByteArray EventCoding::formBody(const KAnalyticsEvent &event, const Reporter &r
     add("ua", userAgent(applicationName, reporter.version));
     add("cd1", encoded(sessionOf(event, reporter)));
     add("ul", QLocale::system().bcp47Name());
-    add("dp", encoded(QStringLiteral("/app/%1/%2/%3")
-                          .arg(applicationName, event.category(), event.name())));
+    add("dp",
+        encoded(
+            QStringLiteral("/app/%1/%2/%3").arg(applicationName, event.category(), event.name())));
     add("ec", encoded(event.category()));
     add("ea", encoded(event.name()));
     const QVariant value = labelled(event);

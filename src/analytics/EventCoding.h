@@ -40,7 +40,8 @@ QString utcText(const QDateTime &time);
 /// Signature of a request to the collector: lower-case hexadecimal SHA-512 of the three joined.
 QByteArray accessToken(const QByteArray &random, const QByteArray &time, const QByteArray &apiKey);
 
-/// Whether the collector took a record: @p body is a JSON object whose "status" is "OK" in any case.
+/// Whether the collector took a record: @p body is a JSON object whose "status" is "OK" in any
+/// case.
 [[nodiscard]] bool collectorAccepted(const QString &body);
 
 } // namespace EventCoding

@@ -95,8 +95,7 @@ class KAnalyticsEventCounter : public KAnalyticsEvent
     Q_OBJECT
 
 public:
-    KAnalyticsEventCounter(const QString &category, const QString &name,
-                           QObject *parent = nullptr);
+    KAnalyticsEventCounter(const QString &category, const QString &name, QObject *parent = nullptr);
 
     /// Counts @p step more; the value follows.
     void add(int step);

@@ -59,8 +59,8 @@ bool KAnalyticsFile::change(const Change &change)
     change(object);
     QSaveFile file(m_filePath);
     const QByteArray bytes = KBinaryJson::toBytes(object);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() &&
-                         file.commit();
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
     m_lock->unlock();
     if (!written)
         qCDebug(analyticsProviderFile) << "not written" << m_filePath << file.errorString();
@@ -89,8 +89,8 @@ QStringList KAnalyticsFile::takeEvents()
     if (!taken)
         return texts;
     for (const QJsonValue &event : qAsConst(events))
-        texts.append(QString::fromUtf8(
-            QJsonDocument(event.toObject()).toJson(QJsonDocument::Compact)));
+        texts.append(
+            QString::fromUtf8(QJsonDocument(event.toObject()).toJson(QJsonDocument::Compact)));
     return texts;
 }
 

@@ -91,9 +91,8 @@ void KAnalyticsManager::openStore()
     m_file = std::make_unique<KAnalyticsFile>();
     m_file->setFilePath(path);
     readUserId();
-    m_session =
-        m_userId + QLatin1Char('|') +
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddhhmmss"));
+    m_session = m_userId + QLatin1Char('|') +
+                QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddhhmmss"));
     for (const auto &provider : m_providers)
         equip(*provider);
 }
@@ -151,8 +150,7 @@ void KAnalyticsManager::sendEvent(KAnalyticsEvent::EventType type, QString categ
 
 void KAnalyticsManager::sendEventAction(QString category, QString name, QVariant value)
 {
-    sendEvent(KAnalyticsEvent::EventAction, std::move(category), std::move(name),
-              std::move(value));
+    sendEvent(KAnalyticsEvent::EventAction, std::move(category), std::move(name), std::move(value));
 }
 
 void KAnalyticsManager::sendEvent(KAnalyticsEvent *event, bool flush)

@@ -50,8 +50,7 @@ public:
     void addProvider(std::unique_ptr<KAnalyticsProvider> provider);
 
 public slots:
-    void sendEvent(KAnalyticsEvent::EventType type, QString category, QString name,
-                   QVariant value);
+    void sendEvent(KAnalyticsEvent::EventType type, QString category, QString name, QVariant value);
     void sendEventAction(QString category, QString name, QVariant value);
     /// Takes @p event over. With @p flush a batch follows from the event loop.
     void sendEvent(KAnalyticsEvent *event, bool flush);

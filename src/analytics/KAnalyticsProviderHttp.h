@@ -30,6 +30,8 @@ public:
     /// Puts back what was not posted yet; what is in flight is lost.
     ~KAnalyticsProviderHttp() override;
 
+    const QUrl &url() const { return m_url; }
+
     void init() override;
     void sendPending() override;
 
@@ -51,7 +53,6 @@ protected:
     virtual void storeRequest(const QString &body);
 
     void post(const QByteArray &body);
-    const QUrl &url() const { return m_url; }
     void timerEvent(QTimerEvent *event) override;
 
 private:

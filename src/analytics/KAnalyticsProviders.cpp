@@ -28,9 +28,11 @@ QString filled(const QString &server, const QString &environment)
 
 } // namespace
 
-KAnalyticsProviderGoogleAnalytics::KAnalyticsProviderGoogleAnalytics(
-    QNetworkAccessManager *network, const QString &server, const QString &trackingId,
-    const QString &applicationName, QObject *parent)
+KAnalyticsProviderGoogleAnalytics::KAnalyticsProviderGoogleAnalytics(QNetworkAccessManager *network,
+                                                                     const QString &server,
+                                                                     const QString &trackingId,
+                                                                     const QString &applicationName,
+                                                                     QObject *parent)
     : KAnalyticsProviderHttp(network, address(server, "/collect"), QStringLiteral("providerGA"),
                              parent)
     , m_trackingId(trackingId)
@@ -63,10 +65,9 @@ bool KAnalyticsProviderGoogleAnalytics::checkResponse(const QString &) const
 
 KAnalyticsProviderDSE::KAnalyticsProviderDSE(QNetworkAccessManager *network, const QString &server,
                                              const Identity &identity, QObject *parent)
-    : KAnalyticsProviderHttp(network,
-                             address(filled(server, identity.urlEnvironment),
-                                     "/dse-ep/MessageProxy"),
-                             QStringLiteral("providerDSE"), parent)
+    : KAnalyticsProviderHttp(
+          network, address(filled(server, identity.urlEnvironment), "/dse-ep/MessageProxy"),
+          QStringLiteral("providerDSE"), parent)
     , m_identity(identity)
 {}
 

@@ -74,7 +74,8 @@ bool KDbSession::tryOpen()
         if (m_driver == QLatin1String(kSqlite))
             database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
         if (!database.open()) {
-            qCWarning(dbSession) << "[openDb]" << "Error while opening" << m_filePath
+            qCWarning(dbSession) << "[openDb]"
+                                 << "Error while opening" << m_filePath
                                  << database.lastError().text();
             database = QSqlDatabase();
             close();
@@ -83,7 +84,8 @@ bool KDbSession::tryOpen()
     }
     // Statistics may lose a row, but a player must not wait for the disk.
     if (m_driver == QLatin1String(kSqlite))
-        exec({QStringLiteral("PRAGMA page_size = 4096"), QStringLiteral("PRAGMA cache_size = 16384"),
+        exec({QStringLiteral("PRAGMA page_size = 4096"),
+              QStringLiteral("PRAGMA cache_size = 16384"),
               QStringLiteral("PRAGMA temp_store = MEMORY"),
               QStringLiteral("PRAGMA journal_mode = OFF"),
               QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"),
@@ -93,7 +95,8 @@ bool KDbSession::tryOpen()
     if (!m_damaged && !m_lockedElsewhere)
         createTables();
     if (m_damaged || m_lockedElsewhere) {
-        qCWarning(dbSession) << "[openDb]" << "Error while opening" << m_filePath
+        qCWarning(dbSession) << "[openDb]"
+                             << "Error while opening" << m_filePath
                              << (m_damaged ? "damaged" : "in use by another program");
         close();
         return false;
@@ -231,8 +234,8 @@ void KDbSession::copy(KDbSession &target)
         const QString copyName = table + QLatin1String("_copy");
         target.createTable(copyName, columns.join(QLatin1String(", ")));
         const QString insert = QLatin1String("INSERT INTO ") + copyName +
-                               QLatin1String(" VALUES (") +
-                               places.join(QLatin1String(", ")) + QLatin1Char(')');
+                               QLatin1String(" VALUES (") + places.join(QLatin1String(", ")) +
+                               QLatin1Char(')');
         while (rows.next()) {
             QVariantMap values;
             for (int i = 0; i < places.size(); ++i)

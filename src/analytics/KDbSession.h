@@ -19,8 +19,7 @@ class KDbSession : public QObject
 public:
     /// Opens nothing yet. @p connectionName is the process-wide name of the connection, @p driver
     /// the name of Qt's SQL driver.
-    KDbSession(QString connectionName, QString driver, QString filePath,
-               QObject *parent = nullptr);
+    KDbSession(QString connectionName, QString driver, QString filePath, QObject *parent = nullptr);
     /// Closes.
     ~KDbSession() override;
 

@@ -3,10 +3,9 @@
 #include "crash/KCrashReportProcess.h"
 
 CrashHandler::CrashHandler(const Settings &settings)
-    : m_process(std::make_unique<KCrashReportProcess>(
-          KCrashReportProcess::Facts{settings.dumpFolder, settings.productName,
-                                     settings.productVersion, settings.locale, settings.extraText,
-                                     QString()}))
+    : m_process(std::make_unique<KCrashReportProcess>(KCrashReportProcess::Facts{
+          settings.dumpFolder, settings.productName, settings.productVersion, settings.locale,
+          settings.extraText, QString()}))
     , m_handler(install(settings, *m_process))
 {}
 

@@ -22,8 +22,7 @@ KCrashReportProcess::KCrashReportProcess(Facts facts, QObject *parent)
     , m_facts(std::move(facts))
 {}
 
-QStringList KCrashReportProcess::arguments(const QString &dumpPath,
-                                           const QString &minidumpId) const
+QStringList KCrashReportProcess::arguments(const QString &dumpPath, const QString &minidumpId) const
 {
     return {m_facts.dumpFolder,
             m_facts.productName,

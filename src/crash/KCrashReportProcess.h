@@ -37,8 +37,8 @@ public:
     void setManualMode(bool manualMode) { m_manualMode = manualMode; }
 
 public slots:
-    /// Starts the reporter for the dump @p minidump_id ".dmp" in the folder @p dump_path; both empty
-    /// when there is none. A reporter that cannot be started is no error: the dump stays.
+    /// Starts the reporter for the dump @p minidump_id ".dmp" in the folder @p dump_path; both
+    /// empty when there is none. A reporter that cannot be started is no error: the dump stays.
     void run(QString dump_path, QString minidump_id);
 
 private:

@@ -6,3 +6,8 @@ void initSceneResources()
 {
     Q_INIT_RESOURCE(scene);
 }
+
+void initDeploymentResource()
+{
+    Q_INIT_RESOURCE(deployment);
+}

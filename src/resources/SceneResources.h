@@ -4,3 +4,6 @@
 // dropped by the linker. Called once by Application before the scene is loaded.
 
 void initSceneResources();
+
+/// The same for ":/deployment.json", which is read before there is a scene.
+void initDeploymentResource();

@@ -149,7 +149,8 @@ QUrl UpdateAddresses::address(const QString &path, const QString &source) const
 
 QUrl UpdateAddresses::version(const QString &channel, const QString &userData) const
 {
-    QUrl url = address(QStringLiteral("/%1/version").arg(channel), m_source + QLatin1String("CHECK"));
+    QUrl url =
+        address(QStringLiteral("/%1/version").arg(channel), m_source + QLatin1String("CHECK"));
     if (!userData.isEmpty())
         url.setQuery(url.query(QUrl::FullyEncoded) + QLatin1String("&data=") + encoded(userData));
     return url;

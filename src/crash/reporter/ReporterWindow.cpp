@@ -45,8 +45,9 @@ ReporterWindow::ReporterWindow(const CrashReport &report, QWidget *parent)
 
 QString ReporterWindow::heading() const
 {
-    return m_report.manualMode ? tr("Crash reports of %1").arg(m_report.productName)
-                               : tr("%1 has stopped because of an error.").arg(m_report.productName);
+    return m_report.manualMode
+               ? tr("Crash reports of %1").arg(m_report.productName)
+               : tr("%1 has stopped because of an error.").arg(m_report.productName);
 }
 
 QString ReporterWindow::explanation() const
