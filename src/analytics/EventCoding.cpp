@@ -88,7 +88,8 @@ QByteArray EventCoding::formBody(const KAnalyticsEvent &event, const Reporter &r
 {
     QUrlQuery query;
     const auto add = [&query](const char *key, const QString &text) {
-        query.addQueryItem(QLatin1String(key), text);
+        // A null text would lose its "=".
+        query.addQueryItem(QLatin1String(key), text.isNull() ? QStringLiteral("") : text);
     };
     add("v", QStringLiteral("1"));
     add("tid", trackingId);

@@ -45,7 +45,7 @@ void KAnalyticsDb::addEvent(const KAnalyticsEvent &event)
 {
     if (!exec(QStringLiteral("INSERT INTO events (value) VALUES(:value)"),
               {{QStringLiteral(":value"), event.toJsonText()}}))
-        qCDebug(analyticsDb) << "event lost" << event.name();
+        qCDebug(analyticsDb) << "event lost" << event.name().left(80);
     commit();
 }
 

@@ -75,7 +75,7 @@ void KAnalyticsFile::addEvent(const KAnalyticsEvent &event)
         object.insert(kEvents, events);
     });
     if (!added)
-        qCDebug(analyticsProviderFile) << "event lost" << event.name();
+        qCDebug(analyticsProviderFile) << "event lost" << event.name().left(80);
 }
 
 QStringList KAnalyticsFile::takeEvents()

@@ -40,6 +40,9 @@ public:
     /// The user's own check, after Start(). One that is under way becomes the user's.
     void CheckForNewVersion();
 
+    /// Answers are still to come.
+    bool isChecking() const { return m_checking; }
+
     /// The last check was the user's, who expects an answer.
     bool isManualCheck() const;
 
