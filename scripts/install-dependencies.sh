@@ -22,13 +22,14 @@ test_packages=(
   clang libclang-rt-14-dev clang-format clang-tidy
   qtdeclarative5-dev-tools qml-module-qttest libqt5quicktest5
   libgtest-dev libgmock-dev libbenchmark-dev
-  ffmpeg g++-mingw-w64-x86-64-posix
+  ffmpeg libavformat-dev g++-mingw-w64-x86-64-posix
   xdotool openbox python3
-  ffmpeg libavformat-dev
 )
 
 packages=("${build_packages[@]}" "${run_packages[@]}")
 [ "${1:-test}" = run ] || packages+=("${test_packages[@]}")
+# Breakpad's sources come through npm, which need not be Debian's.
+command -v npm >/dev/null || packages+=(nodejs npm)
 
 missing=()
 for package in "${packages[@]}"; do
