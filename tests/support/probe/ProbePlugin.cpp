@@ -6,7 +6,7 @@
 //   get                 camera, stereo mode and player as a JSON object; null before there is a
 //   scene set WHERE NAME JSON a property of "view", "builder", "player" or "loader"; answers ok
 //   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
-//   pixel X Y           colour of the window at a fraction of its size
+//   pixel X Y           colour on the screen at a fraction of the window's size
 //   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
 //   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
 
@@ -18,6 +18,7 @@
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <QTimer>
 
@@ -128,7 +129,11 @@ private:
             return "ok";
         }
         if (words.first() == "pixel" && words.size() > 2) {
-            const QImage image = playerView()->grabWindow();
+            // What stands on the screen; a frame drawn for the question could be another.
+            const QQuickView *window = playerView();
+            const QImage image = window->screen()->grabWindow(window->winId()).toImage();
+            if (image.isNull())
+                return "none"; // the window has not been drawn yet
             return image
                 .pixelColor(int(argument.toDouble() * image.width()),
                             int(words.at(2).toDouble() * image.height()))
