@@ -23,6 +23,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   ffmpeg g++-mingw-w64-x86-64-posix
   xdotool openbox python3
+  ffmpeg libavformat-dev
 )
 
 packages=("${build_packages[@]}" "${run_packages[@]}")

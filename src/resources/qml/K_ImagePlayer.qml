@@ -1,4 +1,4 @@
-import QtQuick 2.9
+import QtQuick 2.15
 import QtQuick.Window 2.2
 import QtMultimedia 5.8
 
@@ -11,7 +11,7 @@ Item {
     property var fileMetadata: ({})
     property string logMessage
     property int playbackState: MediaPlayer.StoppedState
-    property real volume: 0
+    readonly property real volume: 0
     readonly property int position: 0
     readonly property int duration: 0
     readonly property int fps: 0
@@ -20,7 +20,10 @@ Item {
     readonly property alias shaderEffectSource: effectSource
     readonly property string errorString: image.status === Image.Error
         ? qsTr("An error occurred while loading the image") : ""
-    readonly property int playerStatus: {
+    // Follows the picture, but for the loader's word that nothing is shown any more.
+    property int playerStatus: MediaPlayer.NoMedia
+
+    function statusOfImage() {
         switch (image.status) {
         case Image.Error: return MediaPlayer.InvalidMedia
         case Image.Null: return MediaPlayer.NoMedia
@@ -65,6 +68,7 @@ Item {
         sourceSize: limit.width > 0
             ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)
             : undefined
+        onStatusChanged: root.playerStatus = root.statusOfImage()
         asynchronous: true
         cache: false
         smooth: true

@@ -1,4 +1,4 @@
-import QtQuick 2.9
+import QtQuick 2.15
 
 // Turns pointer, wheel and touch into moves of the camera.
 Item {

@@ -1,7 +1,7 @@
-import QtQuick 2.9
-import QtQuick.Controls 1.4
+import QtQuick 2.15
 import QtMultimedia 5.8
 import Orbilens 1.0
+import com.vedra.kontrols 1.0
 
 // The panorama, what lies behind it while there is none, and the pointer over it.
 FocusScope {
@@ -14,11 +14,23 @@ FocusScope {
     readonly property bool showsMedium: playerStatus === MediaPlayer.Loaded
         || playerStatus === MediaPlayer.Stalled || playerStatus === MediaPlayer.Buffered
     readonly property alias fps: orbilensView.fps
+    readonly property alias fileDialogVisible: startScreen.fileDialogVisible
+
+    signal changeRootState(string newState, string menuCategory)
+    signal clicked()
+
+    // The film goes on under a panel, so neither state changes anything here.
+    states: [State { name: "On" }, State { name: "Off" }]
+
+    function zoom(direction, factor) { navigation.zoom(direction, factor) }
+    function printScreen(kind) { orbilensView.printScreenRequested = kind }
 
     K_StartScreen {
+        id: startScreen
         anchors.fill: parent
-        visible: !spinner.running
+        visible: !spinner.visible
         errorString: root.mediaPlayer.errorString
+        onChangeBackend: root.changeRootState("Settings", "video")
     }
 
     OrbilensView {
@@ -38,13 +50,21 @@ FocusScope {
         anchors.centerIn: parent
         width: 150
         height: 150
-        running: root.playerStatus === MediaPlayer.Loading
+        visible: root.playerStatus === MediaPlayer.Loading
             || root.playerStatus === MediaPlayer.Stalled
             || root.playerStatus === MediaPlayer.Buffering
             || root.playerStatus === MediaPlayer.EndOfMedia
+        running: visible
     }
 
     K_PointerNavigation {
+        id: navigation
         anchors.fill: parent
+        // Behind the panorama lies the start screen, whose buttons want the pointer themselves.
+        enabled: root.showsMedium
+        onClicked: {
+            root.forceActiveFocus()
+            root.clicked()
+        }
     }
 }

@@ -1,9 +1,11 @@
-import QtQuick 2.9
+import QtQuick 2.15
 import QtQuick.Dialogs 1.2
 import Orbilens 1.0
+import com.vedra.kontrols 1.0
+import "popup"
 
-// Root of the scene: stacks the layers and wires them to the native objects; it holds no logic
-// of the player.
+// Root of the scene: stacks the layers, wires them to each other and to the native objects, and
+// keeps the state of the screen; it holds no logic of the player.
 FocusScope {
     id: root
 
@@ -13,9 +15,21 @@ FocusScope {
     state: "Video"
 
     states: [
-        State { name: "Video" },
-        State { name: "Popup" },
-        State { name: "Settings" }
+        State {
+            name: "Video"
+            PropertyChanges { target: k_videoArea; state: "On" }
+            PropertyChanges { target: k_popup; state: "Off" }
+        },
+        State {
+            name: "Popup"
+            PropertyChanges { target: k_videoArea; state: "Off" }
+            PropertyChanges { target: k_popup; state: "On" }
+        },
+        State {
+            name: "Settings"
+            PropertyChanges { target: k_videoArea; state: "Off" }
+            PropertyChanges { target: k_popup; state: "Off" }
+        }
     ]
 
     function changeState(newState, menuCategory) {
@@ -23,12 +37,17 @@ FocusScope {
             root.state = newState
     }
 
+    function onDisplayPopup(qmlFile, rootState) { k_popup.load(qmlFile, rootState) }
+
     function onDisplayMessage(message, icon) {
         messageDialog.icon = icon === undefined ? StandardIcon.Information : icon
         messageDialog.text = message
         messageDialog.open()
         kGlobalObject.restoreCursor()
     }
+
+    function onKeyPressed(event) { k_menu.onKeyPressed(event) }
+    function onKeyReleased(event) { k_menu.onKeyReleased(event) }
 
     // A full screen has the size of its screen, which nobody chose for the window.
     function rememberSize(key, value) {
@@ -38,8 +57,20 @@ FocusScope {
 
     onWidthChanged: rememberSize("application/window/width", width)
     onHeightChanged: rememberSize("application/window/height", height)
+    Keys.onPressed: onKeyPressed(event)
+    Keys.onReleased: onKeyReleased(event)
 
-    Component.onCompleted: kView.displayMessage.connect(onDisplayMessage)
+    Component.onCompleted: {
+        var layers = [k_videoArea, k_bar, k_popup, k_mediaLoader]
+        for (var i = 0; i < layers.length; ++i)
+            layers[i].changeRootState.connect(changeState)
+        kView.displayPopup.connect(onDisplayPopup)
+        k_bar.displayPopup.connect(onDisplayPopup)
+        kView.displayMessage.connect(onDisplayMessage)
+        ThemeManager.loadThemes(":/QmlLib/themes/orvex", "Orvex Dark")
+        var windows = kGlobalObject.platformOS().indexOf("Q_OS_WIN") === 0
+        ThemeManager.loadThemes(":/", windows ? "Orvex LND Windows" : "Orvex LND")
+    }
 
     // The window does not clear itself, so something opaque lies under everything.
     Rectangle {
@@ -47,29 +78,97 @@ FocusScope {
         color: "#222222"
     }
 
-    K_MediaLoader {
-        id: k_mediaLoader
-        x: parent.width
-        onChangeRootState: root.changeState(newState)
-        onDisplayMessage: root.onDisplayMessage(message, icon)
+    K_Devices { id: k_devices }
+
+    K_Commands {
+        id: k_commands
+        loader: k_mediaLoader
+        bar: k_bar
+        videoArea: k_videoArea
+        debugInfo: k_debugInfo
+        playerImage: k_playerImage
+        devices: k_devices
+        cameraArrowMoveAllowed: root.state === "Video" && !k_videoArea.fileDialogVisible
+            && !k_debugInfo.spinBoxHasFocus
+        onPopupRequested: root.onDisplayPopup(qmlFile)
+        onStateRequested: root.changeState(state)
     }
 
-    K_VideoArea {
-        id: k_videoArea
-        anchors.fill: parent
-        mediaPlayer: k_mediaLoader.mediaPlayer
-        focus: true
+    Item {
+        id: layers
+        anchors { left: parent.left; right: parent.right; top: k_menu.bottom; bottom: parent.bottom }
+        clip: true
+
+        K_MediaLoader {
+            id: k_mediaLoader
+            x: parent.width
+            onDisplayMessage: root.onDisplayMessage(message, icon)
+        }
+
+        K_VideoArea {
+            id: k_videoArea
+            anchors.fill: parent
+            focus: true
+            mediaPlayer: k_mediaLoader.mediaPlayer
+            onClicked: {
+                if (kGlobalObject.touchTable)
+                    k_bar.mouseIsInTriggerArea = !k_bar.mouseIsInTriggerArea
+            }
+        }
+
+        K_Help {
+            id: k_help
+            anchors { left: parent.left; bottom: parent.bottom; margins: 20; bottomMargin: 90 }
+            devices: k_devices
+        }
+
+        K_DebugInfo {
+            id: k_debugInfo
+            anchors { right: parent.right; bottom: parent.bottom; margins: 20; bottomMargin: 90 }
+            mediaPlayer: k_mediaLoader.mediaPlayer
+            fps: k_videoArea.fps
+        }
+
+        K_Bar {
+            id: k_bar
+            objectName: "k_bar"
+            visible: k_videoArea.showsMedium
+            mediaPlayer: k_mediaLoader.mediaPlayer
+            mediaLoader: k_mediaLoader
+            devices: k_devices
+        }
+
+        K_PlayerImage {
+            id: k_playerImage
+            anchors.fill: parent
+            Component.onCompleted: {
+                if (kLeap)
+                    kLeap.setPlayerImage(k_playerImage)
+            }
+        }
+
+        K_Popup {
+            id: k_popup
+            anchors.fill: parent
+        }
+
+        KDropArea {
+            id: k_dropArea
+            anchors.fill: parent
+            onFilePathListChanged: kGlobalObject.openFiles(filePathList, true)
+        }
+    }
+
+    K_Menu {
+        id: k_menu
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        z: 10
+        commands: k_commands
     }
 
     MessageDialog {
         id: messageDialog
         title: kView.title()
         modality: Qt.ApplicationModal
-    }
-
-    KDropArea {
-        id: k_dropArea
-        anchors.fill: parent
-        onFilePathListChanged: kGlobalObject.openFiles(filePathList, true)
     }
 }

@@ -1,0 +1,38 @@
+import QtQuick 2.15
+import com.vedra.kontrols 1.0
+import "menu"
+
+// The menu bar: every command with its key. In full screen it takes no room, and its keys stay.
+Item {
+    id: root
+
+    property var commands
+
+    height: kView.fullScreen ? 0 : bar.__contentItem.implicitHeight
+    visible: !kView.fullScreen
+
+    function onKeyPressed(event) { commands.keyPressed(event) }
+    function onKeyReleased(event) { commands.keyReleased(event) }
+
+    MenuBar {
+        id: bar
+
+        K_MenuFile { commands: root.commands }
+        K_MenuPlayback { commands: root.commands }
+        K_MenuAudio { commands: root.commands }
+        K_MenuInput { commands: root.commands }
+        K_MenuOutput { commands: root.commands }
+        K_MenuCamera { commands: root.commands }
+        K_MenuControllers { commands: root.commands }
+        K_MenuWindow { commands: root.commands }
+        K_MenuHelp { commands: root.commands }
+
+        // Without a native menu bar its picture is an item of ours.
+        Component.onCompleted: {
+            if (__isNative)
+                return
+            __contentItem.parent = root
+            __contentItem.width = Qt.binding(function() { return root.width })
+        }
+    }
+}

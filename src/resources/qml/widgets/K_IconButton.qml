@@ -1,0 +1,88 @@
+import QtQuick 2.15
+import QtQuick.Window 2.2
+import QtGraphicalEffects 1.0
+
+// A flat button that is one icon, tinted, with a text for those who wonder what it does.
+FocusScope {
+    id: root
+
+    property string name
+    property url icon
+    property color overlay: "white"
+    property color background: "transparent"
+    property color backgroundHovered: Qt.rgba(1, 1, 1, 0.12)
+    property real iconSize: 22
+    readonly property alias hovered: mouse.containsMouse
+
+    signal clicked()
+
+    implicitWidth: 40
+    implicitHeight: 40
+    opacity: enabled ? 1 : 0.35
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: name
+    Accessible.onPressAction: clicked()
+
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    Rectangle {
+        anchors.fill: parent
+        color: mouse.containsMouse ? root.backgroundHovered : root.background
+        border { width: root.activeFocus ? 2 : 0; color: "white" }
+        Behavior on color { ColorAnimation { duration: 120 } }
+    }
+
+    Image {
+        id: image
+        anchors.centerIn: parent
+        width: root.iconSize
+        height: root.iconSize
+        sourceSize: Qt.size(2 * root.iconSize, 2 * root.iconSize)
+        source: root.icon
+        fillMode: Image.PreserveAspectFit
+        visible: false
+    }
+
+    ColorOverlay {
+        anchors.fill: image
+        source: image
+        color: root.overlay
+    }
+
+    MouseArea {
+        id: mouse
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: root.clicked()
+    }
+
+    K_ToolTip {
+        anchors { bottom: parent.top; bottomMargin: 6 }
+        // The whole text stays inside the window, also for the buttons at its edges.
+        x: {
+            var centred = (root.width - width) / 2
+            if (!root.parent || !mouse.containsMouse)
+                return centred
+            var left = root.mapToItem(null, centred, 0).x
+            var windowWidth = root.Window.width
+            return centred + Math.max(0, 4 - left) - Math.max(0, left + width + 4 - windowWidth)
+        }
+        text: root.name
+        opacity: mouse.containsMouse && tipDelay.elapsed ? 1 : 0
+    }
+
+    Timer {
+        id: tipDelay
+        property bool elapsed: false
+        interval: 500
+        running: mouse.containsMouse
+        onRunningChanged: {
+            if (running)
+                elapsed = false
+        }
+        onTriggered: elapsed = true
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick 2.15
+
+// A bar that shows a part of a whole and lets one choose another: the timeline and the volume.
+// The owner's value stays the truth; while a press lasts the bar follows the pointer.
+Item {
+    id: root
+
+    property real progression: 0 // 0 to 1
+    property string name
+    // Text for the point under the pointer (0 to 1); without one no tooltip shows.
+    property var toolTipText: null
+    property color barColor: Qt.rgba(1, 1, 1, 0.25)
+    property color filledColor: "#00A3DA"
+    // Emits while the pointer moves, not at its release alone.
+    property bool live: false
+
+    readonly property real shown: mouse.pressed ? mouse.fraction : clamp(progression)
+
+    signal moved(real newProgression)
+
+    implicitHeight: 10
+
+    Accessible.role: Accessible.Slider
+    Accessible.name: name
+
+    function clamp(value) {
+        return isNaN(value) ? 0 : Math.max(0, Math.min(1, value))
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: root.barColor
+    }
+
+    Rectangle {
+        width: parent.width * root.shown
+        height: parent.height
+        color: root.filledColor
+    }
+
+    MouseArea {
+        id: mouse
+        readonly property real fraction: root.clamp(mouseX / Math.max(1, width))
+
+        anchors.fill: parent
+        hoverEnabled: true
+        preventStealing: true
+        onPressed: {
+            if (root.live)
+                root.moved(fraction)
+        }
+        onPositionChanged: {
+            if (root.live && pressed)
+                root.moved(fraction)
+        }
+        onReleased: {
+            if (!root.live)
+                root.moved(fraction)
+        }
+    }
+
+    K_ToolTip {
+        x: Math.max(0, Math.min(root.width - width, mouse.mouseX - width / 2))
+        anchors { bottom: parent.top; bottomMargin: 6 }
+        text: root.toolTipText ? root.toolTipText(mouse.fraction) : ""
+        opacity: root.toolTipText && mouse.containsMouse && root.enabled ? 1 : 0
+    }
+}
