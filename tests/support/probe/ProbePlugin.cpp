@@ -6,6 +6,7 @@
 //   get                 camera, stereo mode and player as a JSON object; null before there is a
 //   scene set WHERE NAME JSON a property of "view", "builder", "player" or "loader"; answers ok
 //   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
+//   loader NAME [NUMBER] a function of the scene's media loader
 //   pixel X Y           colour on the screen at a fraction of the window's size
 //   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
 //   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
@@ -128,6 +129,14 @@ private:
                 QMetaObject::invokeMethod(view(), argument.constData());
             return "ok";
         }
+        if (words.first() == "loader") {
+            if (words.size() > 2)
+                QMetaObject::invokeMethod(loader(), argument.constData(),
+                                          Q_ARG(QVariant, words.at(2).toInt()));
+            else
+                QMetaObject::invokeMethod(loader(), argument.constData());
+            return "ok";
+        }
         if (words.first() == "pixel" && words.size() > 2) {
             // What stands on the screen; a frame drawn for the question could be another.
             const QQuickView *window = playerView();
@@ -163,7 +172,8 @@ private:
                      std::atan2(double(matrix(2, 0)), double(matrix(0, 0))));
         state.insert(QStringLiteral("stereoMode"),
                      context("kShaderCodeBuilder")->property("stereoMode").toInt());
-        for (const char *name : {"mediaSource", "playbackState", "playerStatus", "position"})
+        for (const char *name :
+             {"mediaSource", "playbackState", "playerStatus", "position", "duration"})
             state.insert(QLatin1String(name), QJsonValue::fromVariant(player()->property(name)));
         state.insert(QStringLiteral("nanoseconds"), double(nanoseconds()));
         return QJsonDocument(state).toJson(QJsonDocument::Compact);
