@@ -1,5 +1,7 @@
 #include "net/SyncPacket.h"
 
+#include "net/FlatBinaryJson.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QVariantMap>
@@ -35,11 +37,13 @@ bool isFlatJson(const QByteArray &text)
     return containers == 1;
 }
 
-QJsonDocument fromBytes(const QByteArray &bytes, SyncFormat format)
+std::optional<QJsonObject> fromBytes(const QByteArray &bytes, SyncFormat format)
 {
     if (format == SyncFormat::QtBinary)
-        return QJsonDocument::fromBinaryData(bytes);
-    return isFlatJson(bytes) ? QJsonDocument::fromJson(bytes) : QJsonDocument();
+        return readFlatBinaryJson(bytes);
+    const QJsonDocument document =
+        isFlatJson(bytes) ? QJsonDocument::fromJson(bytes) : QJsonDocument();
+    return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
 
 /// Reads fields one after another and remembers whether each was what it should be.
@@ -113,11 +117,11 @@ QByteArray encodeSyncPacket(const SyncPacket &packet, SyncFormat format)
 std::optional<SyncPacket> decodeSyncPacket(const QByteArray &bytes, SyncFormat format,
                                            const QString &id)
 {
-    const QJsonDocument document = fromBytes(bytes, format);
-    if (document.isNull() || !document.isObject())
+    const std::optional<QJsonObject> map = fromBytes(bytes, format);
+    if (!map)
         return std::nullopt;
 
-    Fields fields(document.object());
+    Fields fields(*map);
     SyncPacket packet;
     packet.id = fields.text("id");
     if (!fields.sound() || packet.id != id)

@@ -18,6 +18,7 @@ namespace {
 using test::ProbedPlayer;
 
 const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
+const QString kFilm = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4");
 
 class Room : public ::testing::Test
 {
@@ -106,6 +107,29 @@ TEST_F(Room, TwoSlavesFollowALateOneCatchesUpAndARestartedMasterIsFollowedAgain)
         EXPECT_EQ(player->quit(), 0);
         EXPECT_EQ(player->errors(), QByteArray());
     }
+}
+
+TEST_F(Room, AFilmIsFollowedThroughItsPausesAndJumps)
+{
+    ProbedPlayer slave;
+    ProbedPlayer master;
+    ASSERT_TRUE(start(slave, {"--udp", "slave"}));
+    ASSERT_TRUE(start(master, {"--udp", "master", kFilm}) && plays(master));
+    EXPECT_TRUE(plays(slave));
+    const auto isPaused = [](const QJsonObject &state) {
+        return state.value("playbackState").toInt() == 2;
+    };
+    master.ask("loader pause");
+    EXPECT_TRUE(master.waitFor(isPaused) && slave.waitFor(isPaused));
+    for (const int position : {7000, 500}) {
+        master.ask("loader seek " + QByteArray::number(position));
+        EXPECT_TRUE(slave.waitFor([position](const QJsonObject &state) {
+            return std::abs(state.value("position").toInt() - position) <= 3000;
+        })) << slave.state().value("position").toInt()
+            << " of " << position;
+    }
+    master.ask("loader play");
+    EXPECT_TRUE(plays(slave));
 }
 
 TEST_F(Room, SettingsChooseRoleFormAndModes)

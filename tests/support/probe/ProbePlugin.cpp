@@ -6,7 +6,8 @@
 //   get                 camera, stereo mode and player as a JSON object; null before there is a
 //   scene set WHERE NAME JSON a property of "view", "builder", "player" or "loader"; answers ok
 //   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
-//   pixel X Y           colour of the window at a fraction of its size
+//   loader NAME [NUMBER] a function of the scene's media loader
+//   pixel X Y           colour on the screen at a fraction of the window's size
 //   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
 //   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
 
@@ -18,6 +19,7 @@
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <QTimer>
 
@@ -127,8 +129,20 @@ private:
                 QMetaObject::invokeMethod(view(), argument.constData());
             return "ok";
         }
+        if (words.first() == "loader") {
+            if (words.size() > 2)
+                QMetaObject::invokeMethod(loader(), argument.constData(),
+                                          Q_ARG(QVariant, words.at(2).toInt()));
+            else
+                QMetaObject::invokeMethod(loader(), argument.constData());
+            return "ok";
+        }
         if (words.first() == "pixel" && words.size() > 2) {
-            const QImage image = playerView()->grabWindow();
+            // What stands on the screen; a frame drawn for the question could be another.
+            const QQuickView *window = playerView();
+            const QImage image = window->screen()->grabWindow(window->winId()).toImage();
+            if (image.isNull())
+                return "none"; // the window has not been drawn yet
             return image
                 .pixelColor(int(argument.toDouble() * image.width()),
                             int(words.at(2).toDouble() * image.height()))
@@ -158,7 +172,8 @@ private:
                      std::atan2(double(matrix(2, 0)), double(matrix(0, 0))));
         state.insert(QStringLiteral("stereoMode"),
                      context("kShaderCodeBuilder")->property("stereoMode").toInt());
-        for (const char *name : {"mediaSource", "playbackState", "playerStatus", "position"})
+        for (const char *name :
+             {"mediaSource", "playbackState", "playerStatus", "position", "duration"})
             state.insert(QLatin1String(name), QJsonValue::fromVariant(player()->property(name)));
         state.insert(QStringLiteral("nanoseconds"), double(nanoseconds()));
         return QJsonDocument(state).toJson(QJsonDocument::Compact);
