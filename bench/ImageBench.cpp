@@ -5,12 +5,11 @@
 #include "KImage/KImage.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QImageReader>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-
-#include <memory>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -71,15 +70,27 @@ bool loadQtThenScale(const QString &path, const QSize &limit)
                 .isNull();
 }
 
-using Load = bool (*)(const QString &, const QSize &);
-
-/// Peak of resident memory, in megabytes, that one load adds to a process.
-double peakOf(Load load, const QSize &limit)
+struct Loader
 {
-    const QString path = panoramaFile();
+    const char *name;
+    bool (*load)(const QString &, const QSize &);
+};
+constexpr Loader kLoaders[] = {
+    {"ours", loadOurs}, {"reader", loadQt}, {"readerThenScaled", loadQtThenScale}};
+
+const char *const kLoadOnly = "--load";
+
+/// Peak of resident memory in megabytes of a process that does nothing but one load.
+double peakOf(const Loader &loader, int width)
+{
+    const QByteArray path = QFile::encodeName(panoramaFile());
+    const QByteArray side = QByteArray::number(width);
     const pid_t child = fork();
-    if (child == 0)
-        _exit(load(path, limit) ? 0 : 1);
+    if (child == 0) {
+        execl("/proc/self/exe", "image_bench", kLoadOnly, loader.name, path.constData(),
+              side.constData(), nullptr);
+        _exit(1);
+    }
     int status = 0;
     struct rusage usage
     {
@@ -88,14 +99,23 @@ double peakOf(Load load, const QSize &limit)
     return status == 0 ? double(usage.ru_maxrss) / 1024 : -1;
 }
 
-void decode(benchmark::State &state, Load load)
+/// What such a process does; its exit status.
+int loadOnly(const QByteArray &name, const char *path, const char *width)
 {
-    const int width = int(state.range(0));
-    const QSize limit(width, width);
+    for (const Loader &loader : kLoaders) {
+        const int side = QByteArray(width).toInt();
+        if (name == loader.name && loader.load(QFile::decodeName(path), QSize(side, side)))
+            return 0;
+    }
+    return 1;
+}
+
+void decode(benchmark::State &state, const Loader &loader, int width)
+{
     const QString path = panoramaFile();
-    state.counters["peak_MB"] = peakOf(load, limit);
+    state.counters["peak_MB"] = peakOf(loader, width);
     for (auto _ : state) {
-        if (!load(path, limit))
+        if (!loader.load(path, QSize(width, width)))
             state.SkipWithError("not loaded");
     }
 }
@@ -132,32 +152,46 @@ void scaleQt(benchmark::State &state)
                 .constBits());
 }
 
-// Before anything has grown this process: a child starts with its parent's memory.
-BENCHMARK_CAPTURE(decode, ours, loadOurs)
-    ->Arg(4096)
-    ->Arg(8192)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(decode, QImageReader_scaledSize, loadQt)
-    ->Arg(4096)
-    ->Arg(8192)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(decode, QImageReader_then_scaled, loadQtThenScale)
-    ->Arg(4096)
-    ->Arg(8192)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK(convertOurs)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(convertQt)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(scaleOurs)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(scaleQt)->Unit(benchmark::kMillisecond)->UseRealTime();
+void registerAll()
+{
+    const struct
+    {
+        const char *name;
+        const Loader &loader;
+        int width;
+    } decodes[] = {{"jpeg_16384_to_4096/baseline", kLoaders[1], 4096},
+                   {"jpeg_16384_to_4096/ours", kLoaders[0], 4096},
+                   {"jpeg_16384_to_8192/baseline", kLoaders[2], 8192},
+                   {"jpeg_16384_to_8192/ours", kLoaders[0], 8192}};
+    for (const auto &entry : decodes)
+        benchmark::RegisterBenchmark(
+            entry.name,
+            [entry](benchmark::State &state) { decode(state, entry.loader, entry.width); })
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+    const struct
+    {
+        const char *name;
+        void (*function)(benchmark::State &);
+    } others[] = {{"convert_rgb_to_rgba/baseline", convertQt},
+                  {"convert_rgb_to_rgba/ours", convertOurs},
+                  {"scale_to_two_fifths/baseline", scaleQt},
+                  {"scale_to_two_fifths/ours", scaleOurs}};
+    for (const auto &entry : others)
+        benchmark::RegisterBenchmark(entry.name, entry.function)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+}
 
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
+    constexpr int kArgumentsToLoad = 5;
+    if (argc == kArgumentsToLoad && qstrcmp(argv[1], kLoadOnly) == 0)
+        return loadOnly(argv[2], argv[3], argv[4]);
+    registerAll();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }
