@@ -111,7 +111,7 @@ void KAnalyticsProviderHttp::finished(QNetworkReply *reply)
     // An answer that was cut for its length still says by its status whether the body arrived.
     const bool answered =
         KHttp::hasSuccessStatus(*reply) && (KHttp::succeeded(*reply) || KHttp::wasCut(*reply));
-    const QByteArray text = reply->read(kMaxReplyBytes);
+    const QByteArray text = reply->isOpen() ? reply->read(kMaxReplyBytes) : QByteArray();
     const QByteArray body = m_inFlight.take(reply);
     if (!answered || !checkResponse(QString::fromUtf8(text.constData()))) {
         qCWarning(analyticsProviderHttp) << "RESPONSE ERROR" << int(reply->error())

@@ -18,8 +18,8 @@ namespace KHttp {
 /// compressed answer, whose size would only be known once it is unpacked.
 QNetworkRequest request(const QUrl &url);
 
-/// Ends @p reply once more than @p maxBytes of its body have come in; what came until then stays
-/// readable. Call it right after the request was sent.
+/// Ends @p reply once more than @p maxBytes of its body have come in, none of which can be read then.
+/// Call it right after the request was sent.
 void limitBody(QNetworkReply *reply, qint64 maxBytes);
 
 /// Whether limitBody() ended the reply.

@@ -86,7 +86,7 @@ void ReporterWindow::addPath(QVBoxLayout *layout)
 void ReporterWindow::addButtons(QVBoxLayout *layout)
 {
     auto *buttons = new QDialogButtonBox;
-    QPushButton *copy = buttons->addButton(tr("&Copy Path"), QDialogButtonBox::ActionRole);
+    QPushButton *copy = buttons->addButton(tr("Copy &Path"), QDialogButtonBox::ActionRole);
     QPushButton *open = buttons->addButton(tr("&Open Folder"), QDialogButtonBox::ActionRole);
     QPushButton *close = buttons->addButton(QDialogButtonBox::Close);
     copy->setAutoDefault(false);

@@ -1,0 +1,67 @@
+// Loaded into the program by the test: commits, when signalled, one of the faults that a program
+// dies of, on the thread that the signal goes to, or makes it quit. The environment says which.
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include <pthread.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+int overflow(int depth)
+{
+    volatile char page[4096];
+    page[0] = char(depth);
+    return overflow(depth + 1) + page[0];
+}
+
+void commit()
+{
+    const char *fault = std::getenv("TEST_FAULT");
+    if (std::strcmp(fault, "null") == 0)
+        *static_cast<volatile int *>(nullptr) = 1;
+    else if (std::strcmp(fault, "abort") == 0)
+        std::abort();
+    else if (std::strcmp(fault, "overflow") == 0)
+        std::exit(overflow(0));
+    else
+        QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
+}
+
+void onMainThread(int)
+{
+    commit();
+}
+
+void *worker(void *)
+{
+    prctl(PR_SET_NAME, "test-worker");
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGUSR2);
+    int signal = 0;
+    sigwait(&set, &signal);
+    commit();
+    return nullptr;
+}
+
+__attribute__((constructor)) void prepare()
+{
+    if (!std::getenv("TEST_FAULT"))
+        return;
+    std::signal(SIGUSR1, onMainThread);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGUSR2);
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    pthread_t thread;
+    pthread_create(&thread, nullptr, worker, nullptr);
+}
+
+} // namespace

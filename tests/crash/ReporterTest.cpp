@@ -1,0 +1,116 @@
+#include "crash/CrashHandler.h"
+#include "crash/KCrashReportProcess.h"
+#include "crash/reporter/ReporterWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QString textsOf(const QWidget &window)
+{
+    QStringList texts;
+    for (const QLabel *label : window.findChildren<QLabel *>())
+        texts.append(label->text());
+    return texts.join('\n');
+}
+
+} // namespace
+
+TEST(Reporter, ReadsWhatTheProgramTells)
+{
+    KCrashReportProcess process({"/d", "p", "1.2", "fr_FR", "x", "y"});
+    process.setManualMode(true);
+    const QStringList arguments = process.arguments("/e", "id");
+    EXPECT_EQ(arguments, QStringList({"/d", "p", "x", "1.2", "fr_FR", "/e", "id", "y", "1"}));
+    const auto report = CrashReport::fromArguments(arguments);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->productName + report->extraText + report->productVersion + report->locale +
+                  report->extraText2,
+              "px1.2fr_FRy");
+    EXPECT_TRUE(report->manualMode);
+    EXPECT_EQ(report->dumpFile(), "/e/id.dmp");
+    process.setManualMode(false);
+    EXPECT_FALSE(CrashReport::fromArguments(process.arguments({}, {}))->manualMode);
+    EXPECT_EQ(CrashReport::fromArguments(process.arguments({}, {}))->dumpFile(), "");
+    EXPECT_FALSE(CrashReport::fromArguments(arguments.mid(1)));
+    EXPECT_FALSE(CrashReport::fromArguments(arguments + QStringList("z")));
+}
+
+TEST(Reporter, TellsWhatHappenedByWords)
+{
+    const QTemporaryDir folder;
+    QFile dump(folder.filePath("id.dmp"));
+    ASSERT_TRUE(dump.open(QIODevice::WriteOnly));
+    const struct
+    {
+        const char *id;
+        bool manual;
+        QString path;
+        const char *words;
+    } rows[] = {{"id", false, dump.fileName(), "Nothing has been sent"},
+                {"gone", false, folder.path(), "could not be written"},
+                {"", true, folder.path(), "Nothing has crashed"}};
+    for (const auto &row : rows) {
+        CrashReport report;
+        report.dumpFolder = folder.path();
+        report.productName = "<b>Player</b>";
+        report.productVersion = "2.3.1.400";
+        report.extraText = "more";
+        report.minidumpId = row.id;
+        report.manualMode = row.manual;
+        ReporterWindow window(report);
+        const QString texts = textsOf(window);
+        EXPECT_TRUE(texts.contains(row.words)) << texts.toStdString();
+        EXPECT_TRUE(texts.contains("<b>Player</b>") && texts.contains("2.3.1.400") &&
+                    texts.contains("more"));
+        EXPECT_EQ(window.findChild<QLineEdit *>()->text(), row.path);
+    }
+}
+
+TEST(Reporter, WorksByKeys)
+{
+    CrashReport report;
+    report.dumpFolder = "/tmp/dumps";
+    report.manualMode = true;
+    ReporterWindow window(report);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
+    // A button that is pressed by its key clicks a moment later.
+    EXPECT_TRUE(
+        QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == "/tmp/dumps"; }));
+    QTest::keyClick(&window, Qt::Key_Return);
+    EXPECT_FALSE(window.isVisible());
+    window.show();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST(Reporter, OpensAtTheUsersWishWithoutADump)
+{
+    QFile reporter(QCoreApplication::applicationDirPath() + "/KCrashReporter_linux");
+    const QTemporaryDir folder;
+    const QString told = folder.filePath("told");
+    ASSERT_TRUE(reporter.open(QIODevice::WriteOnly));
+    reporter.write("#!/bin/sh\nprintf '%s|' \"$@\" > \"$1/part\"; mv \"$1/part\" \"$1/told\"\n");
+    reporter.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
+    reporter.close();
+
+    CrashHandler handler({folder.path(), "p", "1.2", "C", "", 0});
+    handler.showReporter();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(told); }, 10000));
+    QFile file(told);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), folder.path().toUtf8() + "|p||1.2|C||||1|");
+    EXPECT_TRUE(reporter.remove());
+}
