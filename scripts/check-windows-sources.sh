@@ -29,6 +29,11 @@ for library in vlc openssl; do
 done
 flags+=(-isystem "$links")
 
+# Breakpad's sources lie in the build folder once it was configured.
+for breakpad in build/*/third_party/npm/node_modules/minidump/deps/breakpad/src; do
+  [ -d "$breakpad" ] && flags+=(-isystem "$breakpad") && break
+done
+
 failed=0
 checked=0
 while IFS= read -r source; do

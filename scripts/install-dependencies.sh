@@ -7,6 +7,7 @@ build_packages=(
   cmake ninja-build g++ ccache pkg-config
   qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtmultimedia5-dev libqt5svg5-dev
   libgl-dev libtbb-dev libvlc-dev
+  libvips-dev libraw-dev libexiv2-dev
 )
 run_packages=(
   libqt5sql5-sqlite libgl1-mesa-dri fonts-dejavu-core
@@ -21,13 +22,15 @@ test_packages=(
   clang libclang-rt-14-dev clang-format clang-tidy
   qtdeclarative5-dev-tools qml-module-qttest libqt5quicktest5
   libgtest-dev libgmock-dev libbenchmark-dev
-  ffmpeg g++-mingw-w64-x86-64-posix
+  ffmpeg libavformat-dev g++-mingw-w64-x86-64-posix
   xdotool openbox python3
-  ffmpeg libavformat-dev
+  exiv2 libimage-exiftool-perl ffmpeg libomp-14-dev
 )
 
 packages=("${build_packages[@]}" "${run_packages[@]}")
 [ "${1:-test}" = run ] || packages+=("${test_packages[@]}")
+# Breakpad's sources come through npm, which need not be Debian's.
+command -v npm >/dev/null || packages+=(nodejs npm)
 
 missing=()
 for package in "${packages[@]}"; do

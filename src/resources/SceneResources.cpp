@@ -9,6 +9,11 @@ void initSceneResources()
     Q_INIT_RESOURCE(scene);
 }
 
+void initDeploymentResource()
+{
+    Q_INIT_RESOURCE(deployment);
+}
+
 QStringList scenePluginPaths(const QString &programFolder)
 {
     const QDir folder(programFolder);

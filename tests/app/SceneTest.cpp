@@ -169,7 +169,7 @@ TEST_F(Scene, WheelAndPinchChangeTheFieldOfView)
     QTest::touchEvent(view, device)
         .release(0, QPoint(250, 300), static_cast<QWindow *>(view))
         .release(1, QPoint(450, 300), static_cast<QWindow *>(view));
-    EXPECT_LT(camera->fov(), 160);
+    EXPECT_LT(camera->fov(), 200);
     EXPECT_GT(camera->fov(), 80);
     EXPECT_EQ(camera->yaw(), yaw);
 }

@@ -25,16 +25,10 @@ Item {
             compare(editor.value, "old")
         }
 
-        function test_handsItsTextOutWhenTheEditEnds() {
+        function test_handsItsTextOutOnceWhenTheEditEnds() {
             keyClick(Qt.Key_Return)
             compare(editor.value, "x")
             elsewhere.forceActiveFocus()
-            compare(edited.count, 1)
-        }
-
-        function test_handsItsTextOutWhenTheFocusLeaves() {
-            elsewhere.forceActiveFocus()
-            compare(editor.value, "x")
             compare(edited.count, 1)
         }
 
@@ -42,11 +36,6 @@ Item {
             keyClick(Qt.Key_Escape)
             compare(editor.text, "old")
             compare(edited.count, 0)
-        }
-
-        function test_followsItsValue() {
-            editor.value = "new"
-            compare(editor.text, "new")
         }
     }
 }

@@ -1,6 +1,7 @@
 import QtQuick 2.9
 import QtTest 1.2
 import com.vedra.kontrols 1.0
+import "../../src/kontrols/gallery"
 
 // Each control of the library stands up in every theme, and a change of theme restyles it alive.
 // What they look like is kept as pictures, to be looked at.

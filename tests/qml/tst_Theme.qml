@@ -33,38 +33,25 @@ Item {
 
         function test_values_data() {
             return [
-                { tag: "Orvex Dark", folder: ":/QmlLib/themes/orvex", foreground: "#ffffff",
-                  background: "#231f20", selection: "#00a3da", combo: "#262626", size: 14,
-                  weight: Font.Light, capitals: Font.MixedCase },
-                { tag: "Orvex Light", folder: "qrc:/QmlLib/themes/orvex", foreground: "#141414",
-                  background: "#ffffff", selection: "#358ccb", combo: "#e1e1e1", size: 14,
-                  weight: Font.Light, capitals: Font.MixedCase },
-                { tag: "Orvex LND", folder: ":/", foreground: "#ffffff", background: "#231f20",
-                  selection: "#00a3da", combo: "#262626", size: 14, weight: Font.Normal,
-                  capitals: Font.AllUppercase },
-                { tag: "Orvex LND Windows", folder: ":/", foreground: "#ffffff",
-                  background: "#231f20", selection: "#00a3da", combo: "#262626", size: 10.5,
-                  weight: Font.Normal, capitals: Font.AllUppercase },
-                { tag: "Default", folder: ":/QmlLib/themes/default", foreground: "#ffffff",
-                  background: "#222222", selection: "#00a3da", combo: "#222222", size: 12,
-                  weight: Font.Normal, capitals: Font.MixedCase }
+                { tag: "Orvex Dark", folder: ":/QmlLib/themes/orvex",
+                  colors: ["#ffffff", "#231f20", "#262626"], font: [14, Font.Light, Font.MixedCase] },
+                { tag: "Orvex Light", folder: "qrc:/QmlLib/themes/orvex",
+                  colors: ["#141414", "#ffffff", "#e1e1e1"], font: [14, Font.Light, Font.MixedCase] },
+                { tag: "Orvex LND", folder: ":/",
+                  colors: ["#ffffff", "#231f20", "#262626"], font: [14, Font.Normal, Font.AllUppercase] },
+                { tag: "Default", folder: ":/QmlLib/themes/default",
+                  colors: ["#ffffff", "#222222", "#222222"], font: [12, Font.Normal, Font.MixedCase] }
             ]
         }
 
         function test_values(data) {
             ThemeManager.loadThemes(data.folder, data.tag)
             compare(ThemeManager.current.title, data.tag)
-            compare(plain.Theme.colors.foreground.toString(), data.foreground)
-            compare(plain.Theme.colors.background.toString(), data.background)
-            compare(plain.Theme.colors.selection.toString(), data.selection)
-            compare(combo.Theme.colors.background.toString(), data.combo)
-            compare(combo.Theme.colors.foreground.toString(), data.foreground)
+            compare([plain.Theme.colors.foreground.toString(), plain.Theme.colors.background.toString(),
+                     combo.Theme.colors.background.toString()], data.colors)
             var fonts = plain.Theme.fonts
-            compare(fonts.mainFont.pointSize, data.size * fonts.fontFactor)
-            compare(fonts.mainFont.weight, data.weight)
-            compare(fonts.mainFont.capitalization, data.capitals)
-            verify(fonts.h1Font.pointSize > fonts.h2Font.pointSize)
-            compare(plain.Theme.radius, 0)
+            compare([fonts.mainFont.pointSize / fonts.fontFactor, fonts.mainFont.weight,
+                     fonts.mainFont.capitalization], data.font)
         }
 
         function test_styleFollowsTypeAndClassName_data() {

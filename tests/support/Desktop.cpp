@@ -13,6 +13,16 @@ constexpr int kPatienceMs = 20000;
 
 } // namespace
 
+QByteArray complaints(const QByteArray &output)
+{
+    QByteArray rest;
+    for (const QByteArray &line : output.split('\n')) {
+        if (!line.isEmpty() && !line.startsWith("Crash dump path : "))
+            rest += line + '\n';
+    }
+    return rest;
+}
+
 Desktop::Desktop(const QSize &size)
 {
     m_server.setProcessChannelMode(QProcess::SeparateChannels);

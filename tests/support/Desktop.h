@@ -12,6 +12,9 @@
 
 namespace test {
 
+/// What the player printed, but for the line in which the crash handler names its folder.
+QByteArray complaints(const QByteArray &output);
+
 class Desktop
 {
 public:

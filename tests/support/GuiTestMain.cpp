@@ -1,4 +1,5 @@
 #include "support/IsolatedHome.h"
+#include "support/KeepModulesLoaded.h"
 
 #include <gtest/gtest.h>
 

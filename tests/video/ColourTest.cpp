@@ -25,9 +25,8 @@ QByteArray decoded(const QUrl &clip, const char *pixelFormat, const char *filter
     return ffmpeg.readAllStandardOutput();
 }
 
-test::Picture played(const QUrl &clip, const QString &pixelFormat)
+test::Picture played(test::PlayerWindow &window, const QUrl &clip, const QString &pixelFormat)
 {
-    test::PlayerWindow window;
     EXPECT_TRUE(window.openAndShow(clip));
     window.player().pause();
     EXPECT_TRUE(test::waitUntil([&] { return window.reached(KVlcPlayerQml::Paused); }));
@@ -52,12 +51,20 @@ TEST_F(Colours, ReachTheTextureAsTheFormulasSay)
         const char *clip;
         const char *decodedAs;
         const char *format;
+        const char *writingTool;
         YuvColours colours;
-    } rows[] = {{"patches_limited.mp4", "yuv420p", "I420", YuvColours::Compressed},
-                {"patches_full.mov", "yuvj420p", "J420", YuvColours::Direct}};
+    } rows[] = {
+        {"patches_limited.mp4", "yuv420p", "I420", "", YuvColours::Compressed},
+        {"patches_full.mov", "yuvj420p", "J420", "stitchwerk", YuvColours::Direct},
+        {"patches_full.mov", "yuvj420p", "J420", "Stitchwerk 1.2", YuvColours::FixedPoint},
+        {"patches_limited.mp4", "yuv420p", "I420", "Stitchwerk 1.2", YuvColours::FixedPoint},
+    };
+    test::PlayerWindow window;
     for (const auto &row : rows) {
-        SCOPED_TRACE(row.clip);
-        const test::Picture picture = played(test::clip(row.clip), row.format);
+        SCOPED_TRACE(std::string(row.clip) + " by " + row.writingTool);
+        window.player().setFileMetadata(
+            {{QStringLiteral("Writing Tool"), QLatin1String(row.writingTool)}});
+        const test::Picture picture = played(window, test::clip(row.clip), row.format);
         ASSERT_EQ(picture.size, QSize(640, 160));
         const QByteArray bytes = decoded(test::clip(row.clip), row.decodedAs);
         ASSERT_EQ(bytes.size(), 640 * 240);
@@ -81,7 +88,8 @@ TEST_F(Colours, AreTheDecodersOwnWithoutShaderConversion)
     m_config.shaderColorConversion = false;
     for (const char *clip : {"patches_limited.mp4", "patches_full.mov"}) {
         SCOPED_TRACE(clip);
-        const test::Picture picture = played(test::clip(clip), QStringLiteral("BGRA"));
+        test::PlayerWindow window;
+        const test::Picture picture = played(window, test::clip(clip), QStringLiteral("BGRA"));
         // libvlc's converter takes the coefficients of BT.601 whatever the file says.
         const QByteArray bytes =
             decoded(test::clip(clip), "bgra", "scale=in_color_matrix=bt601:out_color_matrix=bt601");

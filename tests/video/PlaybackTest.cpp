@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QOpenGLFunctions_2_1>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -71,10 +72,26 @@ TEST(Playback, WithholdsTheFirstPictureOfAMedia)
     PlayerWindow window;
     EXPECT_EQ(window.player().textureTransfer(), QStringLiteral("\n"));
     EXPECT_EQ(window.player().texturePixelFormat(), QString());
-    window.player().openFile(test::clip(QStringLiteral("one.mov")));
+    // The clip is red at first and blue from its second picture on; red and blue are exchanged.
+    std::array<std::uint8_t, 64 * 32 * 4> shown{};
+    QObject::connect(
+        &window.player(), &KVlcPlayerQml::textureIdChanged, &window.player(),
+        [&] {
+            QOpenGLContext *videoThreads = QOpenGLContext::currentContext();
+            if (window.player().textureId() == 0 || shown[3] != 0 || !videoThreads)
+                return;
+            auto *gl = videoThreads->versionFunctions<QOpenGLFunctions_2_1>();
+            gl->initializeOpenGLFunctions();
+            gl->glBindTexture(GL_TEXTURE_2D, GLuint(window.player().textureId()));
+            gl->glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, shown.data());
+        },
+        Qt::DirectConnection);
+    window.player().openFile(test::clip(QStringLiteral("first_red.mov")));
     ASSERT_TRUE(window.wait(State::Ended));
+    window.player().stop();
     EXPECT_EQ(window.player().texturePixelFormat(), QStringLiteral("J420"));
-    EXPECT_EQ(window.textures.size(), window.textures.count(0));
+    EXPECT_GT(shown[0], 200);
+    EXPECT_LT(shown[2], 50);
 }
 
 TEST(Playback, SeeksPausesStopsAndRestarts)

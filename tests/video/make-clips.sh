@@ -53,7 +53,8 @@ clip patches_full.mov -filter_complex "$patches,scale=out_range=pc:out_color_mat
 clip upright.mp4 -filter_complex "color=red:160x40[a];color=blue:160x40[b];[a][b]vstack" \
   -t 20 -r 25 "${x264[@]}"
 clip sound.mp4 -f lavfi -i "$(tone 2)" -c:a aac
-clip one.mov -f lavfi -i "$(picture 320x160 25 0.04)" -c:v mjpeg -pix_fmt yuvj420p
+clip first_red.mov -f lavfi -i "color=blue:64x32:r=50:d=1,drawbox=color=red:t=fill:enable='eq(n,0)'" \
+  -c:v mjpeg -pix_fmt yuvj420p
 clip small.ts -f lavfi -i "$(picture 320x160 25 1)" "${x264[@]}"
 clip big.ts -f lavfi -i "$(picture 640x320 25 1)" "${x264[@]}" -output_ts_offset 1
 [ -e resized.ts ] || cat small.ts big.ts >resized.ts

@@ -13,7 +13,8 @@ Base.MenuStyle {
     padding { left: 1; right: 1; top: 4; bottom: 4 }
     frame: Rectangle {
         color: root.colors.background
-        border.color: Style.faint(root.colors.foreground, 0.25)
+        // Opaque: under it is a window of its own.
+        border.color: Qt.tint(root.colors.background, Style.faint(root.colors.foreground, 0.25))
     }
     itemDelegate.background: Rectangle {
         color: styleData.selected && styleData.enabled ? root.colors.selection : "transparent"
@@ -37,6 +38,7 @@ Base.MenuStyle {
     itemDelegate.submenuIndicator: Chevron {
         width: 9
         height: 9
+        baselineOffset: height // stands on the line of the text
         rotation: -90
         color: root.colors.foreground
     }

@@ -5,7 +5,8 @@ import com.vedra.components 1.0
 import com.vedra.docking 1.0
 import "qrc:/QmlLib/themes/js/VedraIcons.js" as VedraIcons
 
-// One of each control, in the states that can be seen without a hand on them.
+// One of each control, in the states that can be seen without a hand on them: the page on which a
+// new theme or control is looked at. The scene tests show it in each theme and keep the pictures.
 Rectangle {
     id: root
 

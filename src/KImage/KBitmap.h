@@ -1,0 +1,73 @@
+#pragma once
+
+// A picture in memory. Owned by whoever holds it and moved, never shared; threads hand it over.
+
+#include <QImage>
+#include <QSize>
+
+#include <cstdlib>
+#include <memory>
+
+struct KPoolMemBloc;
+
+/// Channels in memory order. 8 and 16 bits hold values of the sRGB transfer curve, floats linear
+/// light with white at 1. Alpha is not multiplied in unless the name says so.
+enum class PixelFormat {
+    Gray8,
+    Rgb8,
+    Rgba8,
+    Bgra8Premultiplied, ///< what Qt's scene graph uploads without another copy
+    Gray16,
+    Rgb16,
+    Rgba16,
+    GrayFloat,
+    RgbFloat,
+    RgbaFloat
+};
+constexpr int kPixelFormatCount = 10;
+
+int channelCount(PixelFormat format);
+int bytesPerPixel(PixelFormat format);
+bool hasAlpha(PixelFormat format);
+bool isFloat(PixelFormat format);
+
+class KBitmap
+{
+public:
+    /// An unusable one, which every operation refuses.
+    KBitmap() = default;
+    /// Black (and transparent) pixels. Throws a KException: "Invalid Parameter" for a side that is
+    /// not positive, "Not enough memory" beyond ImageLimits or when the heap has no more.
+    KBitmap(int width, int height, PixelFormat format);
+    ~KBitmap();
+    KBitmap(KBitmap &&other) noexcept;
+    KBitmap &operator=(KBitmap &&other) noexcept;
+
+    bool isValid() const { return m_data != nullptr; }
+    int width() const { return m_width; }
+    int height() const { return m_height; }
+    QSize size() const { return {m_width, m_height}; }
+    PixelFormat format() const { return m_format; }
+    /// Rows follow each other without gaps.
+    qint64 bytesPerLine() const { return qint64(m_width) * bytesPerPixel(m_format); }
+    qint64 byteCount() const { return bytesPerLine() * m_height; }
+    uchar *line(int y) { return m_data + y * bytesPerLine(); }
+    const uchar *line(int y) const { return m_data + y * bytesPerLine(); }
+
+    /// The same pixels as an image that owns them, without a copy; this one is unusable afterwards.
+    /// Null for 16-bit and float pixels without a like in QImage.
+    QImage takeImage();
+
+private:
+    struct FreeMemory
+    {
+        void operator()(uchar *memory) const { std::free(memory); }
+    };
+
+    int m_width = 0;
+    int m_height = 0;
+    PixelFormat m_format = PixelFormat::Rgba8;
+    uchar *m_data = nullptr; ///< lies in one of the two below
+    std::unique_ptr<uchar, FreeMemory> m_heap;
+    KPoolMemBloc *m_bloc = nullptr;
+};

@@ -1,0 +1,175 @@
+#include "KImage/MetadataReader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMutex>
+
+#include <exiv2/exiv2.hpp>
+
+#include <array>
+#include <cctype>
+
+namespace MetadataReader {
+
+namespace {
+
+/// Longer values are data of the camera, not text for people.
+constexpr long kLongestText = 4096;
+/// Far more entries than any camera writes.
+constexpr int kMostEntries = 20000;
+
+QMutex xmpMutex;
+
+void lockXmp(void *, bool lock)
+{
+    if (lock)
+        xmpMutex.lock();
+    else
+        xmpMutex.unlock();
+}
+
+ExifFlag flagOf(const std::string &group)
+{
+    if (group == "Photo")
+        return ExifFlag::Exif;
+    if (group == "Iop")
+        return ExifFlag::Interoperability;
+    if (group == "Thumbnail")
+        return ExifFlag::Thumbnail;
+    if (group == "GPSInfo")
+        return ExifFlag::Gps;
+    return group.rfind("Image", 0) == 0 || group.rfind("SubImage", 0) == 0 ? ExifFlag::Main
+                                                                           : ExifFlag::Maker;
+}
+
+QString text(const std::string &bytes)
+{
+    return QString::fromStdString(bytes.substr(0, bytes.find('\0'))).trimmed();
+}
+
+/// Degrees, minutes and seconds; minutes may have a fraction, seconds then none.
+QString coordinate(const Exiv2::Value &value)
+{
+    std::array<double, 3> parts{};
+    for (long i = 0; i < 3; ++i) {
+        const Exiv2::Rational rational = value.toRational(i);
+        if (rational.second == 0)
+            return QString();
+        parts[std::size_t(i)] = double(rational.first) / rational.second;
+    }
+    return QStringLiteral("%1\u00B0 %2' %3\"")
+        .arg(parts[0], 0, 'g', 8)
+        .arg(parts[1], 0, 'g', 8)
+        .arg(parts[2], 0, 'g', 8);
+}
+
+bool isNumber(const std::string &printed)
+{
+    const auto first = static_cast<unsigned char>(printed.empty() ? '0' : printed.front());
+    return std::isdigit(first) != 0 || first == '-' || first == '(' || first == '+';
+}
+
+/// The entry's value in words where the library has words for it.
+ExifEntry entryOf(const Exiv2::Exifdatum &datum, const Exiv2::ExifData &all)
+{
+    ExifEntry entry;
+    entry.flag = flagOf(datum.groupName());
+    entry.tag = datum.tag();
+    entry.name = QString::fromStdString(datum.tagName());
+
+    const Exiv2::TypeId type = datum.typeId();
+    if (datum.size() > kLongestText) {
+        entry.binary = type != Exiv2::asciiString;
+        entry.value = entry.binary ? QString() : text(datum.toString().substr(0, kLongestText));
+        return entry;
+    }
+    if (const auto *comment = dynamic_cast<const Exiv2::CommentValue *>(&datum.value())) {
+        entry.value = text(comment->comment());
+        return entry;
+    }
+    const std::string plain = datum.toString();
+    if (type == Exiv2::asciiString && entry.flag != ExifFlag::Gps) {
+        entry.value = text(plain);
+        return entry;
+    }
+    if (type == Exiv2::unsignedRational && entry.flag == ExifFlag::Gps && datum.count() == 3 &&
+        (entry.name == QLatin1String("GPSLatitude") ||
+         entry.name == QLatin1String("GPSLongitude") ||
+         entry.name == QLatin1String("GPSDestLatitude") ||
+         entry.name == QLatin1String("GPSDestLongitude"))) {
+        entry.value = coordinate(datum.value());
+        return entry;
+    }
+    if (type == Exiv2::unsignedRational || type == Exiv2::signedRational) {
+        entry.value = text(plain);
+        return entry;
+    }
+    const std::string printed = datum.print(&all);
+    if (type == Exiv2::undefined) {
+        entry.binary = printed == plain;
+        entry.value = entry.binary ? QString() : text(printed);
+        return entry;
+    }
+    // Numbers keep their own form: "50", not "50.0 mm".
+    const bool words = datum.count() == 1 || type == Exiv2::asciiString;
+    entry.value = text(words && !isNumber(printed) ? printed : plain);
+    return entry;
+}
+
+/// Lens entries that stand outside of EXIF, by their names without the schema.
+void appendXmp(const Exiv2::XmpData &xmp, ExifEntries &entries)
+{
+    for (const char *key : {"Xmp.aux.LensID", "Xmp.aux.Lens"}) {
+        const auto found = xmp.findKey(Exiv2::XmpKey(key));
+        if (found == xmp.end())
+            continue;
+        ExifEntry entry;
+        entry.flag = ExifFlag::Main;
+        entry.name = QString::fromStdString(found->tagName());
+        entry.value = text(found->toString().substr(0, kLongestText));
+        entries.append(entry);
+    }
+}
+
+} // namespace
+
+void initialise()
+{
+    static const bool done = [] {
+        Exiv2::XmpParser::initialize(lockXmp, nullptr);
+        Exiv2::enableBMFF(true);
+        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
+std::optional<ExifEntries> read(const QString &path)
+{
+    initialise();
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
+    try {
+        const auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        image->readMetadata();
+        ExifEntries entries;
+        const Exiv2::ExifData &exif = image->exifData();
+        for (const Exiv2::Exifdatum &datum : exif) {
+            if (entries.size() == kMostEntries)
+                break;
+            entries.append(entryOf(datum, exif));
+        }
+        appendXmp(image->xmpData(), entries);
+        return entries;
+    } catch (const Exiv2::AnyError &error) {
+        // A kind of file that has no metadata at all.
+        if (error.code() == Exiv2::kerFileContainsUnknownImageType ||
+            error.code() == Exiv2::kerUnsupportedImageType)
+            return ExifEntries();
+    } catch (const std::exception &) {
+        // Memory or text conversion: nothing to be had from this file.
+    }
+    return std::nullopt;
+}
+
+} // namespace MetadataReader

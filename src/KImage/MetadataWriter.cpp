@@ -1,0 +1,63 @@
+#include "KImage/MetadataWriter.h"
+
+#include "KImage/KImage.h"
+#include "KImage/MetadataReader.h"
+
+#include <QDateTime>
+
+#include <exiv2/exiv2.hpp>
+
+namespace MetadataWriter {
+
+namespace {
+
+constexpr quint16 kDateTime = 306;
+constexpr quint16 kSoftware = 305;
+constexpr quint16 kMaker = 271;
+constexpr quint16 kModel = 272;
+
+/// Into the main directory, which is Exiv2's group "Image".
+void setText(Exiv2::ExifData &exif, quint16 tag, const QString &text)
+{
+    if (!text.isEmpty())
+        exif[Exiv2::ExifKey(tag, "Image").key()] = text.toStdString();
+}
+
+} // namespace
+
+QByteArray embedded(const QByteArray &file, const KImage::SaveOptions &options)
+{
+    const bool exifWanted =
+        !options.software.isEmpty() || !options.maker.isEmpty() || !options.model.isEmpty();
+    if (!exifWanted && options.xmpPacket.isEmpty())
+        return file;
+    MetadataReader::initialise();
+    try {
+        const auto image = Exiv2::ImageFactory::open(
+            reinterpret_cast<const Exiv2::byte *>(file.constData()), long(file.size()));
+        image->readMetadata();
+        if (exifWanted && image->checkMode(Exiv2::mdExif) & Exiv2::amWrite) {
+            Exiv2::ExifData &exif = image->exifData();
+            setText(exif, kDateTime,
+                    QDateTime::currentDateTime().toString(QStringLiteral("yyyy:MM:dd hh:mm:ss")));
+            setText(exif, kSoftware, options.software);
+            setText(exif, kMaker, options.maker);
+            setText(exif, kModel, options.model);
+        }
+        if (!options.xmpPacket.isEmpty() && image->checkMode(Exiv2::mdXmp) & Exiv2::amWrite) {
+            image->setXmpPacket(options.xmpPacket.toStdString());
+            image->writeXmpFromPacket(true);
+        }
+        image->writeMetadata();
+        Exiv2::BasicIo &io = image->io();
+        io.seek(0, Exiv2::BasicIo::beg);
+        const Exiv2::DataBuf bytes = io.read(long(io.size()));
+        return QByteArray(reinterpret_cast<const char *>(bytes.pData_), int(bytes.size_));
+    } catch (const Exiv2::AnyError &error) {
+        if (error.code() == Exiv2::kerMemoryContainsUnknownImageType)
+            return file;
+        K_THROW(KException::ImageLibraryError(KImageErrors::name(ImageError::FileWrite)));
+    }
+}
+
+} // namespace MetadataWriter

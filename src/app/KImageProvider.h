@@ -1,0 +1,42 @@
+#pragma once
+
+// Gives the scene stills of every kind that the loader takes, as "image://still/<url>" with the URL
+// percent-encoded. The scene's engine owns it; the engine's reader thread asks, a thread of its own
+// decodes, one picture at a time.
+
+#include "KImage/ImageOptions.h"
+
+#include <QMutex>
+#include <QQuickAsyncImageProvider>
+#include <QThreadPool>
+#include <QVector>
+
+#include <atomic>
+#include <memory>
+
+class KImageProvider : public QQuickAsyncImageProvider
+{
+public:
+    KImageProvider();
+    /// Stops what is being decoded and waits for its end.
+    ~KImageProvider() override;
+
+    /// Name under which the engine knows it.
+    static QString Name();
+
+    /// For pictures asked for from now on; any thread.
+    void setOptions(const ImageOptions &options);
+
+    /// Decodes at a size that fits into @p requestedSize where both of its sides are positive, or
+    /// into the one that is; never larger than the picture is.
+    QQuickImageResponse *requestImageResponse(const QString &id,
+                                              const QSize &requestedSize) override;
+
+private:
+    using Flag = std::atomic<bool>;
+
+    QMutex m_mutex; ///< of the two below
+    ImageOptions m_options;
+    QVector<std::weak_ptr<Flag>> m_running;
+    QThreadPool m_pool;
+};

@@ -1,0 +1,348 @@
+#include "KImage/ImageFormats.h"
+#include "KImage/ImageLimits.h"
+#include "KImage/ImageLoader.h"
+#include "KImage/Pictures.h"
+
+#include <QTextStream>
+#include <QtEndian>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace {
+
+LoadRequest fittedInto(const QSize &limit, PixelFormat format = PixelFormat::Rgba8)
+{
+    LoadRequest request;
+    request.limit = limit;
+    request.format = format;
+    return request;
+}
+
+/// Red, green, blue and alpha at a point of an 8-bit RGBA bitmap.
+QVector<int> pixel(const KBitmap &bitmap, int x, int y)
+{
+    const uchar *p = bitmap.line(y) + 4 * x;
+    return {p[0], p[1], p[2], p[3]};
+}
+
+bool near(const QVector<int> &a, const QVector<int> &b, int tolerance)
+{
+    for (int i = 0; i < 4; ++i) {
+        if (std::abs(a.at(i) - b.at(i)) > tolerance)
+            return false;
+    }
+    return true;
+}
+
+std::string text(const QVector<int> &p)
+{
+    QString s;
+    QTextStream(&s) << p[0] << ' ' << p[1] << ' ' << p[2] << ' ' << p[3];
+    return s.toStdString();
+}
+
+/// A PNG of one header that claims @p width by @p height pixels and holds none.
+QByteArray pngClaiming(quint32 width, quint32 height)
+{
+    QByteArray header("IHDR");
+    header.resize(17);
+    qToBigEndian(width, header.data() + 4);
+    qToBigEndian(height, header.data() + 8);
+    header[12] = 8;
+    header[13] = 2;
+    header[14] = header[15] = header[16] = 0;
+    quint32 crc = 0xFFFFFFFF;
+    for (const char byte : header) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    QByteArray png("\x89PNG\r\n\x1a\n\0\0\0\x0d", 12);
+    png += header;
+    png.resize(33);
+    qToBigEndian(~crc, png.data() + 29);
+    return png + QByteArray("\0\0\0\x08IDAT\x78\x9c\x63\x60\0\0\0\x01\0\0\0\0", 20);
+}
+
+} // namespace
+
+TEST(Loader, EveryKindOfPictureComesOutAlike)
+{
+    const test::Pictures pictures;
+    const QStringList base = test::Pictures::orangeAndBlue();
+    const QStringList floats{"-depth", "32", "-define", "quantum:format=floating-point"};
+    const struct
+    {
+        const char *name;
+        QStringList arguments;
+        const char *formatName;
+        int tolerance;
+        bool linear;
+    } rows[] = {
+        {"a.jpg", {"-sampling-factor", "1x1", "-quality", "98"}, "JPEG", 3, false},
+        {"progressive.jpg", {"-sampling-factor", "1x1", "-interlace", "JPEG"}, "JPEG", 8, false},
+        {"a.png", {}, "PNG", 0, false},
+        {"interlaced.png", {"-interlace", "PNG"}, "PNG", 0, false},
+        {"palette.png", {"-type", "Palette"}, "PNG", 0, false},
+        {"deep.png", {"-depth", "16"}, "PNG", 0, false},
+        {"a.tif", {"-compress", "lzw"}, "TIFF", 0, false},
+        {"deep.tif", {"-depth", "16", "-compress", "zip"}, "TIFF", 0, false},
+        {"tiled.tif", {"-define", "tiff:tile-geometry=16x16"}, "TIFF", 0, false},
+        {"cmyk.tif", {"-colorspace", "CMYK"}, "CMYK", 70, false},
+        {"cmyk.jpg", {"-colorspace", "CMYK"}, "CMYK", 70, false},
+        {"float.tif", floats, "TIFF", 1, true},
+        {"a.webp", {"-define", "webp:lossless=true"}, "WEBP", 0, false},
+        {"a.gif", {}, "GIF", 0, false},
+        {"a.hdr", {}, "HDR", 13, true},
+        {"a.bmp", {}, "BMP", 0, false},
+        {"png-by-contents.jpg", {}, "JPEG", 8, false},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const QString path = pictures.make(row.name, base + row.arguments);
+        ImageInfo info;
+        ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+        EXPECT_EQ(info.size, QSize(64, 32));
+        EXPECT_EQ(info.formatName, row.formatName);
+        EXPECT_FALSE(info.gray);
+
+        KBitmap whole;
+        ASSERT_EQ(ImageLoader::load(path, fittedInto(QSize()), whole), ImageError::None);
+        ASSERT_EQ(whole.size(), QSize(64, 32));
+        // Float files hold linear light, in which the tool's 128 is a brighter 188.
+        const QVector<int> orange{255, row.linear ? 188 : 128, 0, 255};
+        EXPECT_TRUE(near(pixel(whole, 8, 16), orange, row.tolerance)) << text(pixel(whole, 8, 16));
+        EXPECT_TRUE(near(pixel(whole, 56, 16), {0, 0, 255, 255}, row.tolerance * 2))
+            << text(pixel(whole, 56, 16));
+
+        KBitmap small;
+        ASSERT_EQ(ImageLoader::load(path, fittedInto(QSize(16, 16)), small), ImageError::None);
+        ASSERT_EQ(small.size(), QSize(16, 8));
+        EXPECT_TRUE(near(pixel(small, 2, 4), orange, row.tolerance + 8))
+            << text(pixel(small, 2, 4));
+
+        LoadRequest native;
+        native.format = std::nullopt;
+        KBitmap own;
+        ASSERT_EQ(ImageLoader::load(path, native, own), ImageError::None);
+        EXPECT_EQ(own.size(), QSize(64, 32));
+        EXPECT_EQ(isFloat(own.format()), row.linear);
+    }
+}
+
+TEST(Loader, AlphaGrayAndLinearLight)
+{
+    const test::Pictures pictures;
+    const QStringList half{"-size", "8x8", "xc:rgba(255,0,0,0.5)"};
+    const QStringList gray{"-size", "8x8", "xc:gray50", "-colorspace", "Gray"};
+    const QStringList floats{"-depth", "32", "-define", "quantum:format=floating-point"};
+    pictures.run("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "color=red@0.5:s=8x8,format=rgba",
+                            "-frames:v", "1", "-pix_fmt", "gbrapf32le", pictures.path("a.exr")});
+    const struct
+    {
+        QString path;
+        bool gray;
+        QVector<int> expected;
+    } rows[] = {
+        {pictures.make("half.png", half), false, {255, 0, 0, 128}},
+        {pictures.make("half.tif", half + floats), false, {255, 0, 0, 128}},
+        {pictures.path("a.exr"), false, {255, 0, 0, 128}},
+        {pictures.make("gray.png", gray), true, {127, 127, 127, 255}},
+        {pictures.make("gray.jpg", gray), true, {127, 127, 127, 255}},
+        {pictures.make("gray16.tif", gray + QStringList{"-depth", "16"}),
+         true,
+         {127, 127, 127, 255}},
+        {pictures.make("gray.tif", gray + floats), true, {187, 187, 187, 255}},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.path.toStdString());
+        ImageInfo info;
+        ASSERT_EQ(ImageLoader::describe(row.path, info), ImageError::None);
+        EXPECT_EQ(info.gray, row.gray);
+        for (const QSize &limit : {QSize(), QSize(4, 4)}) {
+            KBitmap bitmap;
+            ASSERT_EQ(ImageLoader::load(row.path, fittedInto(limit), bitmap), ImageError::None);
+            EXPECT_TRUE(near(pixel(bitmap, 1, 1), row.expected, 2)) << text(pixel(bitmap, 1, 1));
+        }
+        KBitmap screen;
+        const LoadRequest request = fittedInto(QSize(), PixelFormat::Bgra8Premultiplied);
+        ASSERT_EQ(ImageLoader::load(row.path, request, screen), ImageError::None);
+        const uchar *p = screen.line(1);
+        const int alpha = row.expected.at(3);
+        EXPECT_NEAR(p[2], row.expected.at(0) * alpha / 255, 2);
+        EXPECT_NEAR(p[0], row.expected.at(2) * alpha / 255, 2);
+        EXPECT_NEAR(p[3], alpha, 1);
+    }
+}
+
+TEST(Loader, OrientationTurnsThePictureUpright)
+{
+    const test::Pictures pictures;
+    for (const char *name : {"a.jpg", "a.tif"}) {
+        const QString path = pictures.make(name, test::Pictures::orangeAndBlue() +
+                                                     QStringList{"-sampling-factor", "1x1"});
+        pictures.run("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", name});
+        ImageInfo info;
+        ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+        EXPECT_EQ(info.size, QSize(32, 64));
+        LoadRequest native;
+        native.format = std::nullopt;
+        for (const LoadRequest &request :
+             {fittedInto(QSize()), fittedInto(QSize(16, 32)), native}) {
+            KBitmap bitmap;
+            ASSERT_EQ(ImageLoader::load(path, request, bitmap), ImageError::None);
+            EXPECT_EQ(bitmap.width() * 2, bitmap.height());
+            // A quarter turn clockwise brings the left side up.
+            EXPECT_GT(bitmap.line(2)[0], 200);
+            EXPECT_LT(bitmap.line(bitmap.height() - 3)[0], 60);
+        }
+    }
+}
+
+TEST(Loader, CameraRawsFollowTheirOptions)
+{
+    const test::Pictures pictures;
+    const QString path = pictures.makeDng("a.DNG");
+    ImageInfo info;
+    ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+    EXPECT_EQ(info.size, QSize(64, 48));
+    EXPECT_EQ(info.formatName, "RAW");
+
+    const auto middle = [&path](const RawOptions &options, const QSize &limit = QSize()) {
+        LoadRequest request = fittedInto(limit);
+        request.raw = options;
+        KBitmap bitmap;
+        EXPECT_EQ(ImageLoader::load(path, request, bitmap), ImageError::None);
+        EXPECT_EQ(bitmap.width() * 3, bitmap.height() * 4);
+        return bitmap.isValid() ? pixel(bitmap, bitmap.width() / 2, bitmap.height() / 2)
+                                : QVector<int>(4);
+    };
+    RawOptions plain;
+    plain.autoBright = false;
+    plain.cameraBalance = false;
+    const QVector<int> base = middle(plain);
+    EXPECT_TRUE(near(middle(plain, QSize(16, 12)), base, 20));
+
+    RawOptions changed = plain;
+    changed.brightness = 0.5;
+    EXPECT_LT(middle(changed)[1], base[1] - 20);
+    changed = plain;
+    changed.gamma = 1.0;
+    EXPECT_LT(middle(changed)[1], base[1] - 20);
+    changed = plain;
+    changed.autoBright = true;
+    EXPECT_NE(middle(changed), base);
+    changed = plain;
+    changed.redScaling = 0.5;
+    EXPECT_LT(middle(changed)[0], base[0] - 20);
+    changed = plain;
+    changed.blueScaling = 0.5;
+    EXPECT_LT(middle(changed)[2], base[2] - 20);
+    changed = plain;
+    changed.cameraBalance = true;
+    EXPECT_NE(middle(changed), base);
+    changed = plain;
+    changed.automaticBalance = true;
+    EXPECT_NE(middle(changed), base);
+
+    LoadRequest native;
+    native.format = std::nullopt;
+    KBitmap deep;
+    ASSERT_EQ(ImageLoader::load(path, native, deep), ImageError::None);
+    EXPECT_EQ(deep.format(), PixelFormat::Rgb16);
+}
+
+TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
+{
+    const test::Pictures pictures;
+    const QString jpeg = pictures.make("good.jpg", {"-size", "640x320", "plasma:red-blue"});
+    const QByteArray bytes = pictures.read("good.jpg");
+    const QByteArray exr("\x76\x2f\x31\x01\x02\0\0\0", 8);
+    const QByteArray hugeHdr("#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 100000 +X 100000\n");
+    const QString pipe = pictures.path("pipe.jpg");
+    ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
+    const struct
+    {
+        QString path;
+        ImageError error;
+    } rows[] = {
+        {pictures.path("absent.jpg"), ImageError::FileOpen},
+        {pictures.path(""), ImageError::FileOpen},
+        {pipe, ImageError::FileOpen},
+        {pictures.write("empty.jpg", ""), ImageError::FileRead},
+        {pictures.write("text.jpg", "just words"), ImageError::UnknownFormat},
+        {pictures.write("text.dng", "just words, and more of them"), ImageError::FileRead},
+        {pictures.write("text.cr2", bytes), ImageError::UnknownFormat},
+        {pictures.write("head.jpg", bytes.left(20)), ImageError::FileRead},
+        {pictures.write("head.exr", exr), ImageError::FileRead},
+        {pictures.write("a.svgz", "\x1f\x8b"), ImageError::UnknownFormat},
+        {pictures.write("bomb.png", pngClaiming(100000, 100000)), ImageError::NoMemory},
+        {pictures.write("long.png", pngClaiming(2000000, 1)), ImageError::NoMemory},
+        {pictures.write("lying.png", pngClaiming(0x7FFFFFFF, 0x7FFFFFFF)), ImageError::FileRead},
+        {pictures.write("bomb.hdr", hugeHdr), ImageError::NoMemory},
+        {pictures.write("bomb.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='100000' "
+                                    "height='100000'/>"),
+         ImageError::NoMemory},
+    };
+    struct rusage before
+    {
+    };
+    getrusage(RUSAGE_SELF, &before);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.path.toStdString());
+        KBitmap bitmap;
+        EXPECT_EQ(ImageLoader::load(row.path, fittedInto(QSize(64, 64)), bitmap), row.error);
+        EXPECT_FALSE(bitmap.isValid());
+    }
+    struct rusage after
+    {
+    };
+    getrusage(RUSAGE_SELF, &after);
+    constexpr long kKilobytes = 64 * 1024;
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, kKilobytes);
+
+    // What is there of a picture is shown.
+    KBitmap half;
+    ASSERT_EQ(ImageLoader::load(pictures.write("half.jpg", bytes.left(bytes.size() / 2)),
+                                fittedInto(QSize()), half),
+              ImageError::None);
+    EXPECT_EQ(half.size(), QSize(640, 320));
+
+    const std::atomic<bool> cancelled{true};
+    LoadRequest request = fittedInto(QSize());
+    request.cancelled = &cancelled;
+    KBitmap none;
+    EXPECT_NE(ImageLoader::load(jpeg, request, none), ImageError::None);
+}
+
+TEST(Loader, ClassesSuffixesAndSizes)
+{
+    const struct
+    {
+        const char *path;
+        ImageClass expected;
+    } rows[] = {{"/a/b.cr2", ImageClass::Raw},
+                {"/a/b.Nef", ImageClass::Raw},
+                {"/a.dng/b.jpg", ImageClass::Ordinary},
+                {"b.exr", ImageClass::HighDynamicRange},
+                {"b.HDR", ImageClass::HighDynamicRange},
+                {"b.THM", ImageClass::Ordinary},
+                {"", ImageClass::Ordinary}};
+    for (const auto &row : rows)
+        EXPECT_EQ(ImageFormats::classOf(row.path), row.expected) << row.path;
+
+    const QStringList suffixes = ImageFormats::pictureSuffixes();
+    for (const char *suffix : {"jpg", "jpeg", "png", "tif", "webp", "hdr", "exr", "heic", "bmp",
+                               "svg", "gif", "dng", "arw", "thm"})
+        EXPECT_EQ(suffixes.count(suffix), 1) << suffix;
+    for (const char *suffix : {"pdf", "mp4", "v", ""})
+        EXPECT_FALSE(suffixes.contains(suffix)) << suffix;
+
+    EXPECT_EQ(ImageLoader::fitted({100, 50}, {50, 50}), QSize(50, 25));
+    EXPECT_EQ(ImageLoader::fitted({100, 50}, {0, 50}), QSize(100, 50));
+    EXPECT_EQ(ImageLoader::fitted({10, 5}, {50, 50}), QSize(10, 5));
+    EXPECT_EQ(ImageLoader::fitted({1000, 1}, {10, 10}), QSize(10, 1));
+    EXPECT_FALSE(ImageLimits::acceptable(0, 1));
+    EXPECT_TRUE(ImageLimits::acceptable(40000, 20000));
+}

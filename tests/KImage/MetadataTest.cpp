@@ -1,0 +1,255 @@
+#include "KImage/ExifTagNames.h"
+#include "KImage/ImageMetadata.h"
+#include "KImage/MetadataReader.h"
+#include "KImage/Pictures.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace {
+
+using MetadataText::kUnreadable;
+
+ExifEntry entry(const char *name, const QString &value)
+{
+    ExifEntry result;
+    result.name = name;
+    result.value = value;
+    return result;
+}
+
+} // namespace
+
+TEST(MetadataText, NumbersDatesCoordinatesAndUnits)
+{
+    const struct
+    {
+        const char *text;
+        double expected;
+    } numbers[] = {{"1/250", 0.004},      {"2,8", 2.8},         {"f/2.8", 2.8},
+                   {"200", 200},          {"50.0 mm", 50},      {"-3333/10000", -0.3333},
+                   {"1.5/2", 0.75},       {"1/0", kUnreadable}, {"0/0", kUnreadable},
+                   {"none", kUnreadable}, {"", kUnreadable},    {"/5", 5}};
+    for (const auto &row : numbers)
+        EXPECT_DOUBLE_EQ(MetadataText::number(row.text), row.expected) << row.text;
+    EXPECT_EQ(MetadataText::number(QString(10000000, '9') + "/1"),
+              MetadataText::number(QString(128, '9')));
+
+    const struct
+    {
+        const char *text;
+        const char *reference;
+        double expected;
+    } coordinates[] = {{"48\u00B0 51' 29.6\"", "North", 48.858222},
+                       {"48\u00B0 51' 29,6\"", "South", -48.858222},
+                       {"2\u00B0 17' 402/10\"", "East", 2.2945},
+                       {"2\u00B0 17.5' 0\"", "West", -2.291667},
+                       {"2\u00B0 17'", "East", kUnreadable},
+                       {"2\u00B0 1/0' 0\"", "East", kUnreadable},
+                       {"", "", kUnreadable}};
+    for (const auto &row : coordinates)
+        EXPECT_NEAR(MetadataText::coordinate(QString::fromUtf8(row.text), row.reference),
+                    row.expected, 1e-6)
+            << row.text;
+
+    EXPECT_EQ(MetadataText::date("2020:01:02 03:04:05"), QDateTime({2020, 1, 2}, {3, 4, 5}));
+    for (const char *text : {"2020:13:02 03:04:05", "2020:01:02", "", "99999999999999:1:1 1:1:1"})
+        EXPECT_FALSE(MetadataText::date(text).isValid()) << text;
+
+    EXPECT_EQ(MetadataText::unitInMillimetres("Inch"), 25.4);
+    EXPECT_EQ(MetadataText::unitInMillimetres("inch (2)"), 25.4);
+    EXPECT_EQ(MetadataText::unitInMillimetres("cm"), 10.0);
+    EXPECT_EQ(MetadataText::unitInMillimetres("um"), 0.001);
+    EXPECT_EQ(MetadataText::unitInMillimetres(QString::fromUtf8("\u00B5m")), 0.001);
+    EXPECT_EQ(MetadataText::unitInMillimetres("none"), kUnreadable);
+}
+
+TEST(ExifTagNames, StandardTagsAndNA)
+{
+    EXPECT_EQ(exifTagDescription(254),
+              "A general indication of the kind of data contained in this subfile");
+    EXPECT_EQ(exifTagDescription(0x8822), "Exposure program");
+    EXPECT_EQ(exifTagDescription(0x9214), "Subject area");
+    EXPECT_EQ(exifTagDescription(0xA420), "Unique image ID");
+    EXPECT_EQ(exifTagDescription(999), "NA");
+    EXPECT_EQ(exifTagDescription(-1), "NA");
+}
+
+TEST(FocalLength, EachRuleInItsOrder)
+{
+    FocalInput plane; // 6000 x 4000 pixels at 2562.8 pixels a centimetre
+    plane.focal = 10;
+    plane.width = 6000;
+    plane.height = 4000;
+    plane.resolutionX = plane.resolutionY = 2562.8;
+    plane.unit = 10;
+    FocalInput camera = plane;
+    camera.cameraScale = 1.5;
+    FocalInput equivalent = camera;
+    equivalent.focal35 = 28;
+    FocalInput noFocal = equivalent;
+    noFocal.focal = 0;
+    FocalInput noUnit = plane;
+    noUnit.unit = 0;
+    const struct
+    {
+        FocalInput input;
+        FocalSource source;
+        double scale;
+        double focal35;
+    } rows[] = {{equivalent, FocalSource::Equivalent, 2.8, 28},
+                {camera, FocalSource::Camera, 1.5, 15},
+                {plane, FocalSource::FocalPlane, 1.537680, 15.37680},
+                {noUnit, FocalSource::Nothing, 1, 10},
+                {noFocal, FocalSource::Nothing, 1, 50},
+                {{}, FocalSource::Nothing, 1, 50}};
+    for (const auto &row : rows) {
+        const FocalResult result = FocalLength::compute(row.input);
+        EXPECT_EQ(result.source, row.source);
+        EXPECT_NEAR(result.scale, row.scale, 1e-4);
+        EXPECT_NEAR(result.focal35, row.focal35, 1e-3);
+    }
+    EXPECT_NEAR(FocalLength::fieldOfView(18), 90, 1e-9);
+}
+
+TEST(Metadata, EntriesBecomeTheStructureAndTheTable)
+{
+    const ExifEntries entries{
+        entry("Make", "NIKON CORPORATION"),
+        entry("Model", "NIKON D7500"),
+        entry("FocalLength", "8/1"),
+        entry("ExposureTime", "1/250"),
+        entry("FNumber", "28/10"),
+        entry("DateTimeOriginal", "2020:01:02 03:04:05"),
+        entry("FocalPlaneResolutionUnit", "cm"),
+        entry("GPSLatitude", QString::fromUtf8("48\u00B0 51' 29.6\"")),
+        entry("GPSLatitudeRef", "South"),
+        // 8 mm is 5 mm times 2 to the 16/24, f/3.6 is 2 to the 44/24, f/1.4 to the 12/24.
+        entry("LensIDNumber", "74"),
+        entry("MinFocalLength", "16"),
+        entry("MaxFocalLength", "16"),
+        entry("MaxApertureAtMinFocal", "44"),
+        entry("MaxApertureAtMaxFocal", "12"),
+    };
+    const ImageMetadata metadata = Metadata::fromEntries(entries, QSize(100, 100));
+    EXPECT_NEAR(metadata.exposureTime, 0.004, 1e-9);
+    EXPECT_EQ(metadata.iso, kUnreadable);
+    EXPECT_NEAR(metadata.latitude, -48.858222, 1e-6);
+    EXPECT_EQ(metadata.lensId, "8 8 74 3.6 1.4");
+    EXPECT_EQ(metadata.lensType, LensType::Fisheye);
+    EXPECT_TRUE(metadata.lensModel.contains("8mm"));
+    EXPECT_EQ(metadata.focalLength.source, FocalSource::Camera);
+    EXPECT_NEAR(metadata.focalLength.focal35, 8 * 1.534, 1e-6);
+    EXPECT_EQ(metadata.tableText().section("FOV:", 0, 0).toStdString(),
+              "Maker: \"NIKON CORPORATION\";\nModel: \"NIKON D7500\";\n"
+              "Real focal length: \"8/1\";\nExposure time: \"1/250\";\nF Number: \"28/10\";\n"
+              "Date Time: \"2020:01:02 03:04:05\";\nFocal plan res. unit: \"cm (3)\";\n"
+              "LensID: \"8 8 74 3.6 1.4\";\n");
+
+    const ImageMetadata zenith = Metadata::fromEntries(
+        {entry("LensID", " ZenithEs "), entry("UserComment", "12.5 -7")}, QSize());
+    EXPECT_EQ(zenith.yaw, 12.5);
+    EXPECT_EQ(zenith.pitch, -7);
+    EXPECT_EQ(
+        Metadata::fromEntries({entry("LensID", "6"), entry("Make", "Canon")}, QSize()).lensModel,
+        "");
+    EXPECT_EQ(Metadata::fromEntries({entry("LensID", "14"), entry("Make", "Canon"),
+                                     entry("LensSpecification", "50/1 200/1 35/10 45/10")},
+                                    QSize())
+                  .lensModel,
+              "Canon EF 50-200mm f/3.5-4.5L");
+    EXPECT_TRUE(Metadata::fromEntries({}, QSize()).table.isEmpty());
+}
+
+TEST(Metadata, DefaultAndForcedValuesCompete)
+{
+    ImageOptions options;
+    options.defaultFocal35mm = 20;
+    options.defaultLensModel = "default";
+    options.forcedFocal35mm = 30;
+    options.forcedLensModel = "forced";
+    options.forcedK1 = 0.1;
+    const ExifEntries full{entry("FocalLength", "8/1"), entry("LensModel", "own")};
+    const struct
+    {
+        ExifMode mode;
+        ExifEntries entries;
+        double focal35;
+        const char *lens;
+        double k1;
+    } rows[] = {{ExifMode::Exif, full, 8, "own", 0},
+                {ExifMode::Exif, {}, 20, "default", 0},
+                {ExifMode::Default, full, 20, "default", 0},
+                {ExifMode::Forced, full, 30, "forced", 0.1},
+                {ExifMode::Forced, {}, 30, "forced", 0.1}};
+    for (const auto &row : rows) {
+        options.exifMode = row.mode;
+        ImageMetadata metadata = Metadata::fromEntries(row.entries, QSize(10, 10));
+        Metadata::applyOptions(metadata, options);
+        EXPECT_EQ(metadata.focalLength.focal35, row.focal35);
+        EXPECT_EQ(metadata.lensModel, row.lens);
+        EXPECT_EQ(metadata.k1, row.k1);
+    }
+}
+
+TEST(MetadataReader, AgreesWithExiv2sOwnProgram)
+{
+    const test::Pictures pictures;
+    const QString path = pictures.make("a.jpg", {"-size", "16x8", "xc:red"});
+    pictures.run("exiftool",
+                 {"-q", "-overwrite_original", "-Make=Canon", "-Model=Canon EOS 5D",
+                  "-ExposureTime=1/250", "-FNumber=2.8", "-ISO=200", "-FocalLength=50",
+                  "-FocalLengthIn35mmFormat=75", "-DateTimeOriginal=2020:01:02 03:04:05",
+                  "-FocalPlaneXResolution=1000", "-LensInfo=24 70 2.8 4", "-LensModel=Some",
+                  "-ExposureCompensation=-0.3333", "a.jpg"});
+    const std::optional<ExifEntries> entries = MetadataReader::read(path);
+    ASSERT_TRUE(entries);
+    // Texts and numbers in their plain form, tag by tag.
+    const QStringList lines =
+        pictures.run("exiv2", {"-PEkyv", "a.jpg"}).split('\n', Qt::SkipEmptyParts);
+    int compared = 0;
+    for (const QString &line : lines) {
+        static const QRegularExpression kLine(
+            "^Exif\\.\\w+\\.(\\S+)\\s+(Ascii|Rational|SRational|Short|Long)\\s+(.*)$");
+        const QRegularExpressionMatch match = kLine.match(line);
+        if (!match.hasMatch())
+            continue;
+        const QString name = match.captured(1);
+        // Enumerations are given in words.
+        if (QStringList{"ResolutionUnit", "YCbCrPositioning", "ColorSpace"}.contains(name))
+            continue;
+        const auto found = std::find_if(entries->begin(), entries->end(),
+                                        [&name](const ExifEntry &e) { return e.name == name; });
+        ASSERT_NE(found, entries->end()) << name.toStdString();
+        EXPECT_EQ(found->value, match.captured(3).trimmed()) << name.toStdString();
+        ++compared;
+    }
+    EXPECT_GE(compared, 12);
+    const ImageMetadata metadata = Metadata::fromEntries(*entries, QSize(16, 8));
+    EXPECT_NEAR(metadata.focalLength.scale, 1.5, 1e-9);
+    EXPECT_NEAR(metadata.exposureBias, -0.3333, 1e-9);
+}
+
+TEST(MetadataReader, BrokenAndHugeMetadataIsHarmless)
+{
+    const test::Pictures pictures;
+    const QString path = pictures.make("a.jpg", {"-size", "16x8", "xc:red"});
+    pictures.run("exiftool", {"-q", "-overwrite_original", "-Make=Canon", "-ISO=200", "a.jpg"});
+    const QByteArray bytes = pictures.read("a.jpg");
+    for (int size = 0; size < bytes.size(); size += 7)
+        MetadataReader::read(pictures.write("cut.jpg", bytes.left(size)));
+    // Every byte of the directories damaged once, counts and links into themselves among them.
+    for (int i = 20; i < 160 && i < bytes.size(); ++i) {
+        for (const char value : {'\xFF', '\0', '\x08'}) {
+            QByteArray damaged = bytes;
+            damaged[i] = value;
+            const auto entries = MetadataReader::read(pictures.write("bad.jpg", damaged));
+            EXPECT_TRUE(!entries || entries->size() < 1000);
+        }
+    }
+    EXPECT_FALSE(MetadataReader::read(pictures.path("absent")));
+    EXPECT_FALSE(MetadataReader::read(pictures.path("")));
+    const auto none = MetadataReader::read(pictures.write("a.txt", QByteArray(200, 't')));
+    EXPECT_TRUE(none && none->isEmpty());
+}

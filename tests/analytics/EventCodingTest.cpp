@@ -1,0 +1,176 @@
+#include "analytics/EventCoding.h"
+#include "analytics/KAnalyticsEvent.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QLocale>
+#include <QSysInfo>
+#include <QUrl>
+
+namespace {
+
+const EventCoding::Reporter kReporter{"{u}", "{u}|20170214", "2.3.1.400"};
+
+KAnalyticsEvent::EventType typeOf(int number)
+{
+    return static_cast<KAnalyticsEvent::EventType>(number);
+}
+
+} // namespace
+
+TEST(EventCoding, EventsSurviveTheStore)
+{
+    const struct
+    {
+        int type;
+        QVariant value;
+        const char *json;
+    } rows[] = {
+        {0, 1, R"("type":"action","value":1)"},
+        {0, true, R"("type":"action","value":true)"},
+        {0, QStringLiteral("\u00e9\""), "\"type\":\"action\",\"value\":\"\u00e9\\\"\""},
+        {1, 5321LL, R"("type":"duration","value":5321)"},
+        {2, QVariantMap{{"label", "l"}, {"value", 2.5}},
+         R"("type":"counter","value":{"label":"l","value":2.5})"},
+        {7, QVariant(), R"("type":"unknow","value":null)"},
+    };
+    for (const auto &row : rows) {
+        KAnalyticsEvent event(typeOf(row.type), "c", "n");
+        event.setSession("s");
+        event.setTimestamp(1487073600123);
+        event.setValue(row.value);
+        const QString text = event.toJsonText();
+        EXPECT_EQ(text.toStdString(), std::string(R"({"category":"c","name":"n","session":"s",)"
+                                                  R"("timestamp":1487073600123,)") +
+                                          row.json + "}");
+        const auto again = KAnalyticsRawEvent(text).toEvent();
+        ASSERT_TRUE(again);
+        EXPECT_EQ(again->toJsonText(), text);
+    }
+    for (const char *text : {"", "[]", "{", "null", "\"x\"", "\xff"})
+        EXPECT_FALSE(KAnalyticsRawEvent(QString::fromLatin1(text)).toEvent()) << text;
+    for (const char *text : {R"({"timestamp":1e300})", R"({"timestamp":-1e300})",
+                             R"({"timestamp":"x","type":5,"value":[[]]})"}) {
+        const auto event = KAnalyticsRawEvent(QString::fromLatin1(text)).toEvent();
+        ASSERT_TRUE(event) << text;
+        EXPECT_EQ(event->timestamp(), 0);
+        EXPECT_EQ(
+            QJsonDocument::fromJson(EventCoding::record(*event, kReporter))["log_ts"].toString(),
+            "1970-01-01T00:00:00Z");
+    }
+}
+
+TEST(EventCoding, FormsByteForByte)
+{
+    const struct
+    {
+        int type;
+        QVariant value;
+        const char *session;
+        const char *end;
+    } rows[] = {
+        {0, 1, "", "ev=1"},
+        {0, 12345678901.0, "", "ev=12345678901"},
+        {0, true, "", "ev=true"},
+        {0, "a&b=c d", "own", "ev=a%26b%3Dc%20d"},
+        {0, QVariantMap{{"label", "x y"}, {"value", 3.0}}, "", "el=x%20y&ev=3"},
+        {0, QVariantMap{}, "", "el=&ev="},
+        {1, 5321.0, "", "el=5321&ev=5321"},
+        {2, QVariant(), "", "el=NAME%20%2F&ev=0"},
+        {2, QVariantMap{{"label", "x"}, {"value", 1}}, "", "el=x&ev=1"},
+    };
+    const QByteArray system = EventCoding::systemText(QSysInfo::windowsVersion()).toUtf8();
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.end);
+        KAnalyticsEvent event(typeOf(row.type), "CAT | \u00e9", "NAME /");
+        event.setSession(row.session);
+        event.setValue(row.value);
+        const QByteArray expected =
+            "v=1&tid=UA-1&cid=%7Bu%7D&an=Orbilens%20Player&av=2.3.1.400&t=event"
+            "&ua=Orbilens%20Player/2.3.1.400%20(" +
+            QByteArray(system).replace(' ', "%20") +
+            ")&cd1=" + (*row.session ? "own" : "%7Bu%7D%7C20170214") +
+            "&ul=" + QLocale::system().bcp47Name().toLatin1() +
+            "&dp=%2Fapp%2FOrbilens%20Player%2FCAT%20%7C%20%C3%A9%2FNAME%20%2F"
+            "&ec=CAT%20%7C%20%C3%A9&ea=NAME%20%2F&" +
+            row.end;
+        EXPECT_EQ(EventCoding::formBody(event, kReporter, "UA-1", "Orbilens Player").toStdString(),
+                  expected.toStdString());
+    }
+}
+
+TEST(EventCoding, RecordsByteForByte)
+{
+    KAnalyticsEvent event(KAnalyticsEvent::EventCounter, "c", "N");
+    event.setTimestamp(1487073600123);
+    event.setValue(QVariantMap{{"label", "l"}, {"value", 2}, {"user_id", "forged"}});
+    const QString expected = QStringLiteral(R"({
+    "header": {
+        "entity_name": "N",
+        "event_type": "create",
+        "primary_key": [
+            "timestamp"
+        ],
+        "version_id": "2.3.1.400"
+    },
+    "log_ts": "2017-02-14T12:00:00Z",
+    "record": {
+        "arch": "%1",
+        "event_name": "N",
+        "label": "l",
+        "locale": "%2",
+        "os": "%3",
+        "session": "{u}|20170214",
+        "timestamp": 1487073600123,
+        "user_id": "{u}",
+        "value": 2,
+        "value_type": "counter"
+    }
+}
+)")
+                                 .arg(QSysInfo::currentCpuArchitecture(),
+                                      QLocale::system().bcp47Name(), QSysInfo::prettyProductName());
+    EXPECT_EQ(EventCoding::record(event, kReporter).toStdString(), expected.toStdString());
+    event.setSession("own");
+    event.setValue(true);
+    const QJsonValue record =
+        QJsonDocument::fromJson(EventCoding::record(event, kReporter))["record"];
+    EXPECT_EQ(record["session"].toString(), "own");
+    EXPECT_EQ(record["value"], QJsonValue(true));
+}
+
+TEST(EventCoding, SystemsOfTheUserAgent)
+{
+    const struct
+    {
+        int version;
+        const char *text;
+    } rows[] = {{0x80, "Windows;U;Windows NT 6.0"},   {0x90, "Windows;U;Windows NT 6.1"},
+                {0xa0, "Windows;U;Windows NT 6.2 "},  {0xb0, "Windows;U;Windows NT 6.3 "},
+                {0xc0, "Windows;U;Windows NT 10.0 "}, {0x30, "Windows;U;Windows"}};
+    for (const auto &row : rows)
+        EXPECT_EQ(EventCoding::systemText(row.version), row.text);
+}
+
+// The token was computed with sha512sum.
+TEST(EventCoding, TokenAndItsAnswers)
+{
+    EXPECT_EQ(EventCoding::accessToken("1804289383", "2017-02-14T12:00:00Z",
+                                       "01234567-89ab-4cde-8f01-23456789abcd"),
+              "0eab3bf7ae5caff708d6a3f598bd9a4fd4499bbdacf0eb0c09f43056d2aaeeee"
+              "f3fcfac11a4e03772956faffe48d4ab16fb9c65454429d6d8e9c7a333136fd2e");
+    const struct
+    {
+        const char *body;
+        bool accepted;
+    } rows[] = {{R"({"status":"ok"})", true},
+                {R"({"status":"OK","x":[1]})", true},
+                {R"({"status":"KO"})", false},
+                {R"({"status":1})", false},
+                {R"(["status","ok"])", false},
+                {R"({"status":"ok")", false},
+                {"", false}};
+    for (const auto &row : rows)
+        EXPECT_EQ(EventCoding::collectorAccepted(row.body), row.accepted) << row.body;
+}

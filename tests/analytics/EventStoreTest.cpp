@@ -1,0 +1,264 @@
+#include "analytics/KAnalyticsDb.h"
+#include "analytics/KAnalyticsEvent.h"
+#include "analytics/KAnalyticsFile.h"
+#include "foundation/KBinaryJson.h"
+#include "support/WarningGuard.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+/// A store of its own in a folder of its own.
+struct Store
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("store");
+
+    std::unique_ptr<KAnalyticsDb> open(const QString &connection = "test") const
+    {
+        auto db = std::make_unique<KAnalyticsDb>(connection, "QSQLITE", path);
+        db->openDb();
+        return db;
+    }
+
+    void write(const QByteArray &bytes) const
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+
+    QByteArray read() const
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+};
+
+KAnalyticsEvent *event(const QString &name)
+{
+    static KAnalyticsEvent event;
+    event.setName(name);
+    return &event;
+}
+
+QStringList names(const QStringList &texts)
+{
+    QStringList result;
+    for (const QString &text : texts)
+        result.append(KAnalyticsRawEvent(text).toEvent()->name());
+    return result;
+}
+
+/// Fills a store enough to have several pages.
+void fill(KAnalyticsDb &db)
+{
+    for (int i = 0; i < 300; ++i)
+        db.addEvent(*event(QString::number(i)));
+}
+
+} // namespace
+
+TEST(EventStore, KeepsWhatWasCommittedOverRuns)
+{
+    test::WarningGuard guard;
+    Store store;
+    {
+        auto db = store.open();
+        ASSERT_TRUE(db->isOpen());
+        EXPECT_EQ(db->takeEvents(), QStringList());
+        EXPECT_EQ(db->userId(), QString());
+        db->addEvent(*event("a"));
+        db->addEvent(*event("b"));
+        db->setUserId("first");
+        db->setUserId("second");
+        db->createRequestTable("providerGA");
+        db->addRequest("providerGA", "body");
+        EXPECT_TRUE(db->exec("INSERT INTO events (value) VALUES(:value)", {{":value", "lost"}}));
+    }
+    auto db = store.open();
+    db->setFilePath(store.path); // closes the first connection
+    EXPECT_EQ(names(db->takeEvents()), QStringList({"a", "b"}));
+    EXPECT_EQ(db->takeEvents(), QStringList());
+    EXPECT_EQ(db->userId(), "first");
+    EXPECT_EQ(db->takeRequests("providerGA"), QStringList("body"));
+    EXPECT_EQ(db->takeRequests("providerGA"), QStringList());
+    db->closeAndRemove();
+    EXPECT_FALSE(QFile::exists(store.path));
+    EXPECT_FALSE(db->exec("SELECT 1"));
+    db->addEvent(*event("c"));
+    db->commit();
+    db->rollback();
+    EXPECT_EQ(db->takeEvents(), QStringList());
+}
+
+TEST(EventStore, PendingRequestsAreBounded)
+{
+    KAnalyticsDb db("test", "QSQLITE", ":memory:");
+    ASSERT_TRUE(db.openDb());
+    db.createRequestTable("providerGA");
+    constexpr int kMore = 5;
+    for (int i = 0; i < KAnalyticsDb::kMaxPendingRequests + kMore; ++i)
+        db.addRequest("providerGA", QString::number(i));
+    const QStringList kept = db.takeRequests("providerGA");
+    EXPECT_EQ(kept.size(), KAnalyticsDb::kMaxPendingRequests);
+    EXPECT_EQ(kept.first(), QString::number(kMore));
+    db.addEvent(*event(QString(KAnalyticsDb::kMaxTextLength + 1, 'x')));
+    db.addEvent(*event("short"));
+    EXPECT_EQ(names(db.takeEvents()), QStringList("short"));
+    db.closeAndRemove();
+}
+
+TEST(EventStore, CopiesEventsIntoAnotherStore)
+{
+    Store from;
+    Store to;
+    auto source = from.open();
+    auto target = to.open("target");
+    source->addEvent(*event("a"));
+    source->copy(*target);
+    EXPECT_EQ(names(target->select("SELECT * FROM events_copy", {}, 9)), QStringList("a"));
+    EXPECT_EQ(names(source->takeEvents()), QStringList("a"));
+}
+
+// Written by sqlite3 with the tables of the first release and one row each.
+TEST(EventStore, ReadsAStoreOfAnEarlierRelease)
+{
+    Store store;
+    ASSERT_TRUE(QFile::copy(ORBILENS_SOURCE_DIR "/tests/analytics/earlier.sqlite", store.path));
+    ASSERT_TRUE(QFile::setPermissions(store.path, QFile::ReadOwner | QFile::WriteOwner));
+    auto db = store.open();
+    db->createRequestTable("providerGA");
+    db->createRequestTable("providerDSE");
+    EXPECT_EQ(db->userId(), "{earlier}");
+    EXPECT_EQ(names(db->takeEvents()), QStringList("EXECUTION TIME"));
+    EXPECT_EQ(db->takeRequests("providerGA"), QStringList("v=1"));
+    EXPECT_EQ(db->takeRequests("providerDSE"), QStringList());
+}
+
+TEST(EventStore, DamageCostsTheOldContentsOnly)
+{
+    const struct
+    {
+        const char *name;
+        std::function<QByteArray(QByteArray)> damage;
+    } rows[] = {
+        {"empty", [](const QByteArray &) { return QByteArray(); }},
+        {"garbage", [](const QByteArray &) { return QByteArray(20000, 'x'); }},
+        {"a few bytes", [](const QByteArray &) { return QByteArray("SQLite format 3"); }},
+        {"truncated", [](const QByteArray &whole) { return whole.left(whole.size() / 2); }},
+        {"cut page", [](const QByteArray &whole) { return whole.left(whole.size() - 100); }},
+        {"overwritten",
+         [](QByteArray whole) {
+             return whole.replace(4096, whole.size() - 4096, QByteArray(whole.size() - 4096, 'y'));
+         }},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        test::WarningGuard guard({"openDb", "damaged", "not a database"});
+        Store store;
+        fill(*store.open());
+        store.write(row.damage(store.read()));
+        auto db = store.open();
+        EXPECT_TRUE(db->isOpen());
+        db->takeEvents();
+        db->addEvent(*event("after"));
+        db.reset();
+        EXPECT_EQ(names(store.open()->takeEvents()).value(0), "after");
+    }
+}
+
+TEST(EventStore, WhatCannotBeOpenedIsLeftAlone)
+{
+    test::WarningGuard guard({"openDb"});
+    Store store;
+    KAnalyticsDb folder("folder", "QSQLITE", store.folder.path());
+    EXPECT_FALSE(folder.openDb());
+    KAnalyticsDb driver("driver", "QNONE", store.path);
+    guard.take();
+    EXPECT_FALSE(driver.openDb());
+    guard.take(); // Qt names the drivers it has
+
+    auto first = store.open("first");
+    first->addEvent(*event("a"));
+    auto second = store.open("second");
+    EXPECT_FALSE(second->isOpen());
+    second->addEvent(*event("lost"));
+    second.reset();
+    EXPECT_EQ(names(first->takeEvents()), QStringList("a"));
+}
+
+TEST(EventStore, AFullOrReadOnlyDiskLosesRowsQuietly)
+{
+    QTemporaryDir mountPoint;
+    const QStringList mount{"-t", "tmpfs", "-o", "size=64k", "tmpfs", mountPoint.path()};
+    if (QProcess::execute("mount", mount) != 0)
+        GTEST_SKIP() << "a small file system cannot be mounted here";
+    {
+        test::WarningGuard guard({"openDb"});
+        KAnalyticsDb db("full", "QSQLITE", mountPoint.filePath("store"));
+        ASSERT_TRUE(db.openDb());
+        fill(db);
+        for (int i = 0; i < 20; ++i)
+            db.addEvent(*event(QString(8000, 'x')));
+    }
+    // What cannot be deleted is not handed out, as it would be sent at every start.
+    EXPECT_EQ(QProcess::execute("mount", {"-o", "remount,ro", mountPoint.path()}), 0);
+    {
+        test::WarningGuard guard({"openDb"});
+        KAnalyticsDb db("readonly", "QSQLITE", mountPoint.filePath("store"));
+        db.openDb();
+        EXPECT_EQ(db.takeEvents(), QStringList());
+        db.addEvent(*event("lost"));
+    }
+    EXPECT_EQ(QProcess::execute("umount", {mountPoint.path()}), 0);
+}
+
+TEST(EventFile, ServesLikeTheDatabase)
+{
+    test::WarningGuard guard;
+    Store store;
+    KAnalyticsFile file;
+    file.addEvent(*event("nowhere"));
+    file.setFilePath(store.path);
+    EXPECT_EQ(file.takeEvents(), QStringList());
+    file.addEvent(*event("a"));
+    file.addEvent(*event("b"));
+    file.setUserId("id");
+    EXPECT_TRUE(file.setArray("providerGA", {"body"}));
+    EXPECT_EQ(KBinaryJson::fromBytes(store.read()).keys(),
+              QStringList({"events", "providerGA", "userId"}));
+
+    KAnalyticsFile again;
+    again.setFilePath(store.path);
+    EXPECT_EQ(names(again.takeEvents()), QStringList({"a", "b"}));
+    EXPECT_EQ(again.takeEvents(), QStringList());
+    EXPECT_EQ(again.userId(), "id");
+    EXPECT_EQ(again.array("providerGA"), QJsonArray{"body"});
+    EXPECT_EQ(again.array("providerDSE"), QJsonArray());
+
+    for (const QByteArray &damaged :
+         {QByteArray(), QByteArray("qbjs"), QByteArray(500, 'x'), store.read().left(60)}) {
+        store.write(damaged);
+        EXPECT_EQ(again.takeEvents(), QStringList());
+        store.write(damaged);
+        again.addEvent(*event("after"));
+        EXPECT_EQ(names(again.takeEvents()), QStringList("after"));
+    }
+
+    again.addEvent(*event("kept"));
+    QLockFile lock(store.path + ".lock");
+    ASSERT_TRUE(lock.tryLock());
+    EXPECT_EQ(again.takeEvents(), QStringList());
+    again.addEvent(*event("lost"));
+    lock.unlock();
+    EXPECT_EQ(names(again.takeEvents()), QStringList("kept"));
+}

@@ -1,0 +1,161 @@
+#include "update/UpdateDecision.h"
+#include "foundation/KHttp.h"
+
+#include <gtest/gtest.h>
+
+TEST(UpdateDecision, VersionsAndTheirMaturity)
+{
+    const struct
+    {
+        const char *text;
+        const char *shown; // null: no version
+        bool stable;
+    } rows[] = {{"2.3.1.400", "2.3.1.400", true},
+                {"2.3.1.401", "2.3.1.401", false},
+                {"2.3.1.399", "2.3.1.399 RC 99", false},
+                {"2.3.1.300", "2.3.1.300 RC 0", false},
+                {"2.3.1.212", "2.3.1.212 Beta 12", false},
+                {"2.3.1.100", "2.3.1.100 Alpha 0", false},
+                {"02.3.1.7", "2.3.1.7 Internal 7", false},
+                {"0.0.0.4294967295", "0.0.0.4294967295", false},
+                {"2.3", nullptr, false},
+                {"2.3.1.400.5", nullptr, false},
+                {"99999999999.1.1.1", nullptr, false},
+                {"2.3.1.-1", nullptr, false},
+                {"2.3. 1.4", nullptr, false},
+                {"2.3.1.+4", nullptr, false},
+                {"2..1.4", nullptr, false},
+                {"", nullptr, false}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.text);
+        const auto version = ProductVersion::parse(row.text);
+        ASSERT_EQ(version.has_value(), row.shown != nullptr);
+        if (!version)
+            continue;
+        EXPECT_EQ(version->text() + version->suffix(), row.shown);
+        EXPECT_EQ(version->isStable(), row.stable);
+    }
+    const char *const ascending[] = {"1.9.9.999", "2.2.10.0", "2.3.0.0",  "2.3.1.99",
+                                     "2.3.1.400", "2.3.2.1",  "2.10.0.0", "10.0.0.0"};
+    for (std::size_t i = 1; i < std::size(ascending); ++i)
+        EXPECT_TRUE(*ProductVersion::parse(ascending[i - 1]) < *ProductVersion::parse(ascending[i]))
+            << ascending[i];
+}
+
+TEST(UpdateDecision, BodiesOfVersionReplies)
+{
+    const struct
+    {
+        QByteArray body;
+        const char *expected; // null: no version
+    } rows[] = {
+        {"2.3.2.410_2017-02-14", "2.3.2.410 2017-02-14"},
+        {"\n2.3.2.410_2017-02-14\r\n\r\n", "2.3.2.410 2017-02-14"},
+        {"# news\n2.3.2.410_2017-02-14\n9.9.9.9_2018-01-01", "2.3.2.410 2017-02-14"},
+        {"2.3.2.410", nullptr},
+        {"2.3.2.410_", nullptr},
+        {"2.3.2.410_2017-02-30", nullptr},
+        {"2.3.2.410_17", nullptr},
+        {"x2.3.2.410_2017-02-14", nullptr},
+        {"2.3.2.410_2017-02-14<br>", nullptr},
+        {"12.3.2.4.10_2017-02-14", nullptr},
+        {"99999999999.1.1.1_2017-02-14", nullptr},
+        {"<html><body>404</body></html>", nullptr},
+        {QByteArray("\xff\xfe\0\x32", 4), nullptr},
+        {"", nullptr},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.body.constData());
+        const auto reply = UpdateDecision::readVersionReply(row.body);
+        ASSERT_EQ(reply.has_value(), row.expected != nullptr);
+        if (reply) {
+            EXPECT_EQ(reply->version.text() + ' ' + reply->date.toString(Qt::ISODate),
+                      row.expected);
+        }
+    }
+}
+
+TEST(UpdateDecision, AWeekBetweenScheduledChecks)
+{
+    const QDateTime now(QDate(2017, 2, 14), QTime(12, 0));
+    const struct
+    {
+        QDateTime last;
+        bool due;
+    } rows[] = {{now.addDays(-6), false},
+                {now.addSecs(-604800), false},
+                {now.addSecs(-604801), true},
+                {now.addDays(-8), true},
+                {now, false},
+                {now.addDays(1), true},
+                {QDateTime(), true},
+                {QDateTime(QDate(1970, 1, 1), QTime(0, 0)), true}};
+    for (const auto &row : rows)
+        EXPECT_EQ(UpdateDecision::isDue(row.last, now), row.due)
+            << row.last.toString().toStdString();
+}
+
+TEST(UpdateDecision, ChangeLogsLoadAndRunNothing)
+{
+    const struct
+    {
+        QByteArray body;
+        QByteArray expected;
+    } rows[] = {
+        {"  <h2>New</h2>\n<ul><li>One &amp; two</li></ul>\n ",
+         "<h2>New</h2>\n<ul><li>One &amp; two</li></ul>"},
+        {"a<img src='http://x/y.png'>b<IMG\nSRC=z />c", "abc"},
+        {"a<script>alert(1)</script>b<STYLE>p{background:url(http://x)}</style >c", "abc"},
+        {"a<script>never closed", "a"},
+        {"<p style=\"background-image:url(http://x)\" onclick=x>t</p>", "<p>t</p>"},
+        {"<a href=\"https://x/y?z=1\" title=q>l</a>", "<a href=\"https://x/y?z=1\">l</a>"},
+        {"<a href='javascript:alert(1)'>l</a><a href=file:///etc>m</a>", "<a>l</a><a>m</a>"},
+        {"<scr<script>x</script>ipt>y", "y"},
+        {"<<img src=x>>", ">"},
+        {"<body background=http://x><link href=http://x><table background=x>", "<table>"},
+        {"text<img src=x", "text"},
+        {"\xff\xfe", "\xef\xbf\xbd\xef\xbf\xbd"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(UpdateDecision::safeChangeLog(row.body).toUtf8(), row.expected);
+}
+
+TEST(UpdateDecision, Addresses)
+{
+    const QString word = UpdateDecision::platformWord();
+    for (const char *server : {"https://h/d", "https://h/d/"}) {
+        const UpdateAddresses addresses(server, "lnd", "2.3.1.400");
+        const auto text = [](const QUrl &url) { return url.toString(QUrl::FullyEncoded); };
+        EXPECT_EQ(text(addresses.version("stable", {})),
+                  "https://h/d/lnd/stable/version?src=lnd/2.3.1.400CHECK");
+        EXPECT_EQ(text(addresses.version("beta", "a&b c")),
+                  "https://h/d/lnd/beta/version?src=lnd/2.3.1.400CHECK&data=a%26b%20c");
+        EXPECT_EQ(text(addresses.changeLog("beta")),
+                  "https://h/d/lnd/beta/changelog?src=lnd/2.3.1.400");
+        EXPECT_EQ(text(addresses.website()), "https://h/d/lnd/" + word + "?src=lnd/2.3.1.400");
+        EXPECT_EQ(text(addresses.history()),
+                  "https://h/d/lnd/" + word + "/history?src=lnd/2.3.1.400");
+    }
+}
+
+TEST(Http, OnlyEncryptedOrOnThisMachine)
+{
+    const struct
+    {
+        const char *url;
+        bool allowed;
+    } rows[] = {{"https://example.org/x", true},
+                {"http://127.0.0.1:80/", true},
+                {"http://localhost", true},
+                {"http://[::1]:8080/", true},
+                {"http://example.org", false},
+                {"http://localhost.example.org", false},
+                {"http://127.0.0.1.example.org", false},
+                {"ftp://127.0.0.1", false},
+                {"file:///etc/passwd", false},
+                {"https://", false},
+                {"/collect", false},
+                {"", false}};
+    for (const auto &row : rows)
+        EXPECT_EQ(KHttp::isAllowed(QUrl(row.url)), row.allowed) << row.url;
+}
