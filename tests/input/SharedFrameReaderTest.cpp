@@ -117,26 +117,6 @@ TEST_F(Reader, ALateReaderTakesTheNewestAndLeavesTheRest)
     EXPECT_EQ(readySlots(), "1010");
 }
 
-TEST_F(Reader, EqualTimestampsCountAsNewer)
-{
-    for (int i = 0; i < 4; ++i)
-        block.setFrame(i, 5, kPixels);
-    EXPECT_EQ(take(), 5);
-    EXPECT_EQ(readySlots(), "1110") << "once round the ring";
-    EXPECT_EQ(take(), 5);
-    EXPECT_EQ(readySlots(), "1100") << "the ring starts behind what was taken";
-}
-
-TEST_F(Reader, ARingOfOneShowsFrameAfterFrame)
-{
-    block.setHeader(SharedLayout::kVersion, 1);
-    for (const quint64 timestamp : {1, 2, 3}) {
-        block.setFrame(0, timestamp, kPixels);
-        EXPECT_EQ(take(), qint64(timestamp));
-        EXPECT_EQ(take(), -1);
-    }
-}
-
 TEST_F(Reader, AWriterThatStartsAgainIsAccepted)
 {
     for (int i = 0; i < 3; ++i)

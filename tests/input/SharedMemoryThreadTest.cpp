@@ -153,21 +153,6 @@ TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
     EXPECT_EQ(log, QString());
 }
 
-TEST_F(Thread, SkipsToTheNewestAndWaitsForNoOldFrame)
-{
-    writer.create(4, kSize);
-    for (int i = 0; i < 3; ++i)
-        write(i, 10 + i, 64, 32, 0, i);
-    start();
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 0, 2); }));
-    EXPECT_TRUE(eventually([&] { return !isReady(2); }));
-    EXPECT_TRUE(isReady(0) && isReady(1));
-    write(3, 11, 64, 32, 0, 9);
-    QTest::qWait(200);
-    EXPECT_TRUE(isReady(3)) << "older than what is shown";
-    EXPECT_TRUE(shows(64, 32, 0, 2));
-}
-
 TEST_F(Thread, KeepsThePictureOfAWriterThatDiesAndFollowsTheNext)
 {
     writer.create(1, kSize);
@@ -226,18 +211,4 @@ TEST_F(Thread, FaultsAreInTheLogAndThePictureStays)
     writer.create(1, kSize);
     write(0, 1, 64, 32, 1, 7);
     EXPECT_TRUE(eventually([&] { return shows(64, 32, 1, 7); }));
-}
-
-TEST_F(Thread, EndsAtOnceWhereverItWaits)
-{
-    start();
-    stop();
-    writer.create(1, kSize);
-    write(0, 1, 64, 32, 0, 1);
-    writer.ask("poke 178 2 1");     // one frame
-    writer.ask("poke 180 2 60000"); // in a minute
-    start();
-    EXPECT_TRUE(eventually([&] { return !isReady(0); }));
-    stop();
-    EXPECT_TRUE(thread.isFinished());
 }

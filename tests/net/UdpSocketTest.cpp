@@ -9,10 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 
 #include <cmath>
@@ -127,15 +124,6 @@ protected:
 
 } // namespace
 
-TEST_F(UdpSocket, OffHasNoSocket)
-{
-    KUdpSocket off(QString(), application);
-    EXPECT_EQ(off.role(), "off");
-    off.writeData();
-    off.readData();
-    EXPECT_EQ(KUdpSocket("slave", application).role(), "slave");
-}
-
 TEST_F(UdpSocket, AMasterSendsItsCameraAndPlayback)
 {
     QUdpSocket receiver;
@@ -235,43 +223,6 @@ TEST_F(UdpSocket, OneSeekASecond)
     EXPECT_EQ(taken(), QStringList{"seek 20000"});
 }
 
-TEST_F(UdpSocket, MediaAreFollowedByMode)
-{
-    const QString movies = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
-    ASSERT_TRUE(QDir().mkpath(movies));
-    QFile film(movies + "/here.mp4");
-    ASSERT_TRUE(film.open(QIODevice::WriteOnly));
-    const QString here = "open file://" + film.fileName();
-    const struct
-    {
-        int mode;
-        const char *url;
-        QStringList calls;
-    } rows[] = {
-        {KUdpSocket::Absolute, "file:///x/y.mp4", {"open file:///x/y.mp4", "state 2", "seek 9000"}},
-        {KUdpSocket::Absolute, "gopher://x/y.mp4", {}},
-        {KUdpSocket::Absolute, "", {}},
-        {KUdpSocket::Movies, "file:///x/here.mp4", {here, "state 2", "seek 9000"}},
-        {KUdpSocket::Movies, "file:///x/away.mp4", {}},
-        {KUdpSocket::Desktop, "file:///x/here.mp4", {}},
-        {KUdpSocket::Off, "file:///x/y.mp4", {"state 2", "seek 9000"}},
-        {KUdpSocket::Off, "", {"state 2", "seek 9000"}},
-    };
-    for (const auto &row : rows) {
-        set("urlMode", row.mode);
-        const KUdpSocket slave("slave", application);
-        loader.player.setProperty("mediaSource", QUrl());
-        packet.url = row.url;
-        packet.stereoMode = row.calls.isEmpty() ? 3 : 4;
-        packet.state = 2;
-        packet.position = 9000;
-        application->shaderBuilder()->setStereoMode(0);
-        settle();
-        EXPECT_EQ(taken(), row.calls) << row.mode << " " << row.url;
-        EXPECT_EQ(application->shaderBuilder()->stereoMode(), row.calls.isEmpty() ? 0 : 4);
-    }
-}
-
 TEST_F(UdpSocket, AMediumThatFailsIsAskedForOnce)
 {
     const KUdpSocket slave("slave", application);
@@ -329,63 +280,6 @@ TEST_F(UdpSocket, AHeadsetKeepsItsFieldOfView)
     settle();
     EXPECT_EQ(view->fov(), 90);
     application->setHeadsetView(nullptr);
-}
-
-TEST_F(UdpSocket, WithoutASceneOnlyTheCameraFollows)
-{
-    view->setMediaLoader(nullptr);
-    const KUdpSocket slave("slave", application);
-    packet.url = "file:///a";
-    packet.stereoMode = 1;
-    settle();
-    EXPECT_EQ(application->shaderBuilder()->stereoMode(), 0);
-    // The medium is opened as soon as there is who can.
-    view->setMediaLoader(&loader);
-    settle();
-    EXPECT_EQ(taken(), (QStringList{"open file:///a", "state 0"}));
-}
-
-TEST_F(UdpSocket, SlavesOnOneMachineHearABroadcast)
-{
-    set("ipMode", "custom");
-    set("ipCustom", "127.255.255.255");
-    const KUdpSocket slave("slave", application);
-    QUdpSocket second;
-    ASSERT_TRUE(second.bind(QHostAddress::Any, port,
-                            QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint));
-    QSignalSpy heard(&second, &QUdpSocket::readyRead);
-    packet.yaw = 0.75F;
-    for (int i = 0; i < 100 && (heard.isEmpty() || view->yaw() != 0.75F); ++i) {
-        sender.writeDatagram(encodeSyncPacket(packet, SyncFormat::Json),
-                             QHostAddress("127.255.255.255"), port);
-        QTest::qWait(20);
-    }
-    EXPECT_EQ(view->yaw(), 0.75F);
-    EXPECT_FALSE(heard.isEmpty());
-}
-
-TEST_F(UdpSocket, AFloodLeavesTheEventLoopTurning)
-{
-    const KUdpSocket slave("slave", application);
-    int turns = 0;
-    QTimer beat;
-    QObject::connect(&beat, &QTimer::timeout, [&turns] { ++turns; });
-    beat.start(0);
-    const QByteArray junk[] = {QByteArray(), QByteArray(60000, '['), QByteArray(200, '\xff'),
-                               "{\"id\":\"lnd\",\"yaw\":\"x\"}"};
-    for (int round = 0; round < 200; ++round) {
-        for (int i = 0; i < 40; ++i)
-            sender.writeDatagram(junk[i % 4], QHostAddress::LocalHost, port);
-        packet.yaw = float(round) / 100;
-        send(packet);
-        const int before = turns;
-        for (int i = 0; i < 5; ++i)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-        EXPECT_GT(turns, before);
-    }
-    settle();
-    EXPECT_EQ(view->yaw(), packet.yaw);
-    EXPECT_EQ(view->fov(), 90);
 }
 
 #include "UdpSocketTest.moc"
