@@ -109,6 +109,20 @@ KBitmap::KBitmap(int width, int height, PixelFormat format)
         K_THROW(KImageErrors::notEnoughMemory());
 }
 
+KBitmap::KBitmap(QImage image)
+{
+    if (image.format() == QImage::Format_RGBA8888)
+        m_format = PixelFormat::Rgba8;
+    else if (image.format() == QImage::Format_ARGB32_Premultiplied)
+        m_format = PixelFormat::Bgra8Premultiplied;
+    else
+        return;
+    m_width = image.width();
+    m_height = image.height();
+    m_image = std::move(image);
+    m_data = m_image.bits();
+}
+
 KBitmap::~KBitmap()
 {
     KPoolMemManager *pool = KPoolMemManager::Instance();
@@ -129,6 +143,7 @@ KBitmap &KBitmap::operator=(KBitmap &&other) noexcept
     std::swap(m_data, other.m_data);
     std::swap(m_heap, other.m_heap);
     std::swap(m_bloc, other.m_bloc);
+    m_image.swap(other.m_image);
     return *this;
 }
 

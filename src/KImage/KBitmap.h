@@ -39,6 +39,9 @@ public:
     /// Black (and transparent) pixels. Throws a KException: "Invalid Parameter" for a side that is
     /// not positive, "Not enough memory" beyond ImageLimits or when the heap has no more.
     KBitmap(int width, int height, PixelFormat format);
+    /// The pixels of @p image without a copy; RGBA8888 or ARGB32_Premultiplied, an unusable bitmap
+    /// for another format and for a null image.
+    explicit KBitmap(QImage image);
     ~KBitmap();
     KBitmap(KBitmap &&other) noexcept;
     KBitmap &operator=(KBitmap &&other) noexcept;
@@ -67,7 +70,8 @@ private:
     int m_width = 0;
     int m_height = 0;
     PixelFormat m_format = PixelFormat::Rgba8;
-    uchar *m_data = nullptr; ///< lies in one of the two below
+    uchar *m_data = nullptr; ///< lies in one of the three below
     std::unique_ptr<uchar, FreeMemory> m_heap;
     KPoolMemBloc *m_bloc = nullptr;
+    QImage m_image;
 };

@@ -72,10 +72,7 @@ ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap
     image = std::move(image).convertToFormat(format == PixelFormat::Rgba8
                                                  ? QImage::Format_RGBA8888
                                                  : QImage::Format_ARGB32_Premultiplied);
-    KBitmap result(image.width(), image.height(), format);
-    for (int y = 0; y < result.height(); ++y)
-        std::copy_n(image.constScanLine(y), result.bytesPerLine(), result.line(y));
-    bitmap = std::move(result);
+    bitmap = KBitmap(std::move(image));
     return ImageError::None;
 }
 

@@ -333,20 +333,57 @@ bool needsProfile(const QString &path)
     return header && hasProfile(header.get());
 }
 
+/// Ends the list of options before the profile where there is none.
+const char *exportOption(const char *profile)
+{
+    return profile ? "export_profile" : nullptr;
+}
+
+/// Decoded at the smallest of the format's own scales that still fills @p limit.
+Image openJpeg(const QByteArray &name, const QSize &limit)
+{
+    const Image header(
+        vips_image_new_from_file(name.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
+    if (!header)
+        return nullptr;
+    constexpr int kFirstTurned = 5;
+    const QSize box =
+        vips_image_get_orientation(header.get()) >= kFirstTurned ? limit.transposed() : limit;
+    const QSize size(header->Xsize, header->Ysize);
+    const QSize wanted = ImageLoader::fitted(size, box);
+    int shrink = 1;
+    for (const int step : {2, 4, 8}) {
+        if (size.width() / step >= wanted.width() && size.height() / step >= wanted.height())
+            shrink = step;
+    }
+    VipsImage *image = nullptr;
+    if (vips_jpegload(name.constData(), &image, "shrink", shrink, "access", VIPS_ACCESS_SEQUENTIAL,
+                      nullptr) != 0)
+        return nullptr;
+    return Image(image);
+}
+
 ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
     const bool limited = request.limit.width() > 0 && request.limit.height() > 0;
     const int width = limited ? request.limit.width() : ImageLimits::kMaxSide;
     const int height = limited ? request.limit.height() : ImageLimits::kMaxSide;
     const QByteArray name = QFile::encodeName(path);
-    VipsImage *result = nullptr;
     // Pixels that need no profile would come out of its arithmetic with other colours.
-    const int failed =
-        needsProfile(path)
-            ? vips_thumbnail(name.constData(), &result, width, "height", height, "size",
-                             VIPS_SIZE_DOWN, "export_profile", "srgb", nullptr)
-            : vips_thumbnail(name.constData(), &result, width, "height", height, "size",
-                             VIPS_SIZE_DOWN, nullptr);
+    const char *const profile = needsProfile(path) ? "srgb" : nullptr;
+    VipsImage *result = nullptr;
+    int failed = 0;
+    if (qstrcmp(loaderOf(path)->formatName, "JPEG") == 0) {
+        // libvips keeps a factor of two for its own filter; that of the format is as good.
+        const Image shrunk = openJpeg(name, request.limit);
+        if (!shrunk)
+            return lastError();
+        failed = vips_thumbnail_image(shrunk.get(), &result, width, "height", height, "size",
+                                      VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
+    } else {
+        failed = vips_thumbnail(name.constData(), &result, width, "height", height, "size",
+                                VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
+    }
     if (failed != 0)
         return lastError();
     Image image(result);
