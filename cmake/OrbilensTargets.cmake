@@ -8,6 +8,10 @@ function(orbilens_library name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
   orbilens_warnings(${name})
+  if(ORBILENS_BUILD_FUZZ)
+    # Without this the fuzzer sees the coverage of its own target's source only, and fuzzes blind.
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 function(orbilens_warnings name)
@@ -47,9 +51,11 @@ function(orbilens_test name)
   set_tests_properties(${name} PROPERTIES
     LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QSG_RENDER_LOOP=basic")
   if("gl" IN_LIST ARG_LABELS OR "media" IN_LIST ARG_LABELS)
+    # Each of these draws with every processor there is; side by side they starve one another.
+    set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
     add_test(NAME ${name}_threaded COMMAND ${name})
     set_tests_properties(${name}_threaded PROPERTIES
-      LABELS "${ARG_LABELS};threaded" TIMEOUT ${ARG_TIMEOUT}
+      LABELS "${ARG_LABELS};threaded" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ON
       ENVIRONMENT "QSG_RENDER_LOOP=threaded")
   endif()
 endfunction()

@@ -12,6 +12,7 @@ cd "$(dirname "$0")/.."
 
 mode=all
 case "${1:-}" in
+  --help) sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"; exit 0 ;;
   --asan|--tsan|--slow|--share) mode=${1#--}; shift ;;
 esac
 

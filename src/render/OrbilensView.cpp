@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/KGlobalObject.h"
+#include "render/CameraMath.h"
 #include "render/HeadsetView.h"
 #include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
@@ -237,6 +238,8 @@ bool OrbilensView::drawFrame(QOpenGLFunctions *functions)
         return false;
     if (!m_application->globalObject() || !m_application->shaderBuilder())
         return false;
+    if (m_wholeSphere != showsWholeSphere())
+        m_shaderDirty = true;
     if (m_shaderDirty.exchange(false))
         rebuildPrograms();
     if (!m_mainProgram)
@@ -247,13 +250,27 @@ bool OrbilensView::drawFrame(QOpenGLFunctions *functions)
     return true;
 }
 
+bool OrbilensView::showsWholeSphere() const
+{
+    const KGlobalObject *globalObject = m_application->globalObject();
+    return globalObject->yawMin() == -CameraMath::kPi &&
+           globalObject->yawMax() == CameraMath::kPi &&
+           globalObject->pitchMin() == -CameraMath::kPi / 2 &&
+           globalObject->pitchMax() == CameraMath::kPi / 2;
+}
+
 void OrbilensView::rebuildPrograms()
 {
     KShaderCodeBuilder *builder = m_application->shaderBuilder();
     const QString vertexText = builder->vertexShaderCode();
-    m_mainProgram.build(vertexText, builder->fragmentShaderCode(false, false, false));
+    m_wholeSphere = showsWholeSphere();
+    // The window has no colour controls: they keep their neutral values for good.
+    const shader::FixedUniforms fixed{true, m_wholeSphere};
+    m_mainProgram.build(vertexText, shader::withFixedUniforms(
+                                        builder->fragmentShaderCode(false, false, false), fixed));
     m_dimProgram.build(vertexText, shader::dimText());
-    m_overlayProgram.build(vertexText, builder->fragmentShaderCode(false, true, true));
+    m_overlayProgram.build(vertexText, shader::withFixedUniforms(
+                                           builder->fragmentShaderCode(false, true, true), fixed));
 }
 
 void OrbilensView::fillUniforms()
@@ -298,20 +315,25 @@ void OrbilensView::drawEye(int eye, QOpenGLFunctions *functions, const QSize &si
 bool OrbilensView::drawBlurred(QOpenGLFunctions *functions, const QRect &viewport)
 {
     const QSize size = viewport.size();
+    // Before a framebuffer is made: its constructor binds what Qt believes was bound.
+    const GLuint target = boundFramebuffer(functions);
     if (!m_blurSource || m_blurSource->size() != size)
         m_blurSource = std::make_unique<QOpenGLFramebufferObject>(
             size, QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D);
-    if (!m_blurSource->isValid())
+    if (!m_blurSource->isValid()) {
+        functions->glBindFramebuffer(GL_FRAMEBUFFER, target);
         return false;
+    }
 
-    const GLuint target = boundFramebuffer(functions);
     m_blurSource->bind();
     functions->glViewport(0, 0, size.width(), size.height());
     clearTarget(functions);
     m_mainProgram.draw(functions, m_uniforms, m_texture);
-    // Not release(): that binds the context's default and not the item's framebuffer.
+    // No release(): that binds the context's default and not the item's framebuffer.
+    if (m_blur->draw(functions, m_blurSource->texture(), size, target, viewport))
+        return true;
     functions->glBindFramebuffer(GL_FRAMEBUFFER, target);
-    return m_blur->draw(functions, m_blurSource->texture(), size, target, viewport);
+    return false;
 }
 
 void OrbilensView::drawInterface(QOpenGLFunctions *functions, const HeadsetView &headset)

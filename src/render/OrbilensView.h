@@ -75,6 +75,7 @@ private:
     void releaseGraphics();
     [[nodiscard]] QMatrix4x4 currentRotation();
     [[nodiscard]] bool drawFrame(QOpenGLFunctions *functions);
+    [[nodiscard]] bool showsWholeSphere() const;
     void rebuildPrograms();
     void fillUniforms();
     void drawEyes(QOpenGLFunctions *functions, const QSize &eyeSize);
@@ -88,6 +89,7 @@ private:
     PanoramaProgram m_mainProgram;
     PanoramaProgram m_overlayProgram;
     QuadProgram m_dimProgram;
+    bool m_wholeSphere = true;   // what the programs were made for
     PanoramaUniforms m_uniforms; // of the frame being drawn, as is the next
     GLuint m_texture = 0;
     std::unique_ptr<QOpenGLFramebufferObject> m_blurSource;

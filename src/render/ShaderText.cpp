@@ -134,6 +134,41 @@ QString fragmentText(const ShaderKey &requested)
     return text;
 }
 
+QString withFixedUniforms(QString fragmentText, const FixedUniforms &fixed)
+{
+    const struct
+    {
+        bool known;
+        const char *type;
+        const char *name;
+        const char *value;
+    } constants[] = {
+        {fixed.neutralColors, "mat4", "uColorMatrix", "mat4(1.0)"},
+        {fixed.neutralColors, "float", "uBrightness", "0.0"},
+        {fixed.neutralColors, "float", "uContrast", "0.0"},
+        {fixed.neutralColors, "float", "uHue", "0.0"},
+        {fixed.neutralColors, "float", "uSaturation", "0.0"},
+        {fixed.neutralColors, "float", "uVibrance", "0.0"},
+        {fixed.neutralColors, "float", "uTime", "0.0"},
+        {fixed.neutralColors, "float", "uVignettingRadius", "0.0"},
+        {fixed.neutralColors, "float", "uVignettingAmount", "0.0"},
+        {fixed.wholeSphere, "float", "uYawMin", "-pi"},
+        {fixed.wholeSphere, "float", "uYawMax", "pi"},
+        {fixed.wholeSphere, "float", "uPitchMin", "-halfpi"},
+        {fixed.wholeSphere, "float", "uPitchMax", "halfpi"},
+    };
+    for (const auto &constant : constants) {
+        if (!constant.known)
+            continue;
+        const QString declaration =
+            QStringLiteral("%1 %2").arg(QLatin1String(constant.type), QLatin1String(constant.name));
+        fragmentText.replace(
+            QLatin1String("uniform ") + declaration + QLatin1Char(';'),
+            QStringLiteral("const %1 = %2;").arg(declaration, QLatin1String(constant.value)));
+    }
+    return fragmentText;
+}
+
 QString blitText(bool invertedColors)
 {
     return QLatin1String(pieces::blitStart) +

@@ -29,6 +29,17 @@ QString vertexText();
 /// The panorama's fragment shader (GLSL 1.10 and GLSL ES 1.00).
 QString fragmentText(const ShaderKey &key);
 
+/// Uniforms of which a drawer knows that they keep one value until its next rebuild. Told to the
+/// compiler, the arithmetic that they leave without effect costs nothing for any pixel.
+struct FixedUniforms
+{
+    bool neutralColors = false; ///< colour matrix, controls, time and vignette change nothing
+    bool wholeSphere = false;   ///< the limits are those of a whole panorama
+};
+
+/// @p fragmentText with the fixed uniforms declared as constants; a drawer may still set them.
+QString withFixedUniforms(QString fragmentText, const FixedUniforms &fixed);
+
 /// Copies the texture `src`, exchanging red and blue when @p invertedColors.
 QString blitText(bool invertedColors);
 

@@ -81,8 +81,10 @@ QString Desktop::windowOf(const QProcess &program) const
 
 QImage Desktop::screenshot(const QString &name) const
 {
-    QDir().mkpath(QStringLiteral(ORBILENS_BINARY_DIR "/screenshots"));
-    const QString path = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/%1.png").arg(name);
+    const QString folder = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/") +
+                           qEnvironmentVariable("QSG_RENDER_LOOP", QStringLiteral("default"));
+    QDir().mkpath(folder);
+    const QString path = QStringLiteral("%1/%2.png").arg(folder, name);
     QProcess tool;
     tool.setProcessEnvironment(environment(m_folder.path()));
     tool.start(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), path});
