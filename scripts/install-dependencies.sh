@@ -6,7 +6,7 @@ set -euo pipefail
 build_packages=(
   cmake ninja-build g++ ccache pkg-config
   qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtmultimedia5-dev libqt5svg5-dev
-  libgl-dev libtbb-dev
+  libgl-dev libtbb-dev libvlc-dev
 )
 run_packages=(
   libqt5sql5-sqlite libgl1-mesa-dri fonts-dejavu-core
@@ -14,12 +14,14 @@ run_packages=(
   qml-module-qtquick-dialogs qml-module-qtquick-privatewidgets qml-module-qtquick-layouts
   qml-module-qtgraphicaleffects qml-module-qtmultimedia
   qml-module-qt-labs-folderlistmodel qml-module-qt-labs-settings
+  vlc-plugin-base libqt5multimedia5-plugins gstreamer1.0-plugins-good gstreamer1.0-libav
   xvfb xauth imagemagick x11-utils
 )
 test_packages=(
   clang libclang-rt-14-dev clang-format clang-tidy
   qtdeclarative5-dev-tools qml-module-qttest libqt5quicktest5
   libgtest-dev libgmock-dev libbenchmark-dev
+  ffmpeg g++-mingw-w64-x86-64-posix
   xdotool openbox python3
 )
 

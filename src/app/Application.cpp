@@ -7,6 +7,9 @@
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
+#include "input/KSensor.h"
+#include "input/SharedMemoryManager.h"
+#include "net/KUdpSocket.h"
 #include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
 #include "render/OrbilensView.h"
@@ -41,10 +44,15 @@ Application::Application(const QString &name, int &argc, char **argv)
 
 Application::~Application()
 {
+    // Its thread draws into textures of the view's share group.
+    if (m_sharedMemoryManager)
+        m_sharedMemoryManager->stop();
     m_view.reset();
     m_globalObject.reset();
     m_shaderBuilder.reset();
     m_display.reset();
+    m_sensor.reset();
+    m_udpSocket.reset();
     m_textureProvider.reset();
     m_settings->save();
     m_settings.reset();
@@ -87,13 +95,13 @@ void Application::init()
     m_view->engine()->addImportPath(QStringLiteral(":/"));
 
     m_display = std::make_unique<KDisplay>();
-    constexpr bool kCopyMovingPictures = true;
-    m_textureProvider =
-        std::make_unique<KTextureProvider>(this, kCopyMovingPictures, m_sharedMemory);
+    makeTextureProvider();
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
+    m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
     // The limits depend on the shader builder, which comes after the view state.
     m_globalObject->setFovLimits();
+    m_sensor = KSensor::create(m_globalObject.get());
     connect(m_textureProvider.get(), &KTextureProvider::textureSizeChanged, m_globalObject.get(),
             &KGlobalObject::onTextureSizeChanged);
 
@@ -113,6 +121,18 @@ void Application::init()
 void Application::parseArguments()
 {
     m_options = parseCommandLine(QStringList{applicationFilePath()} + m_arguments).options;
+}
+
+void Application::makeTextureProvider()
+{
+    constexpr bool kCopyMovingPictures = true;
+    m_textureProvider =
+        std::make_unique<KTextureProvider>(this, kCopyMovingPictures, m_sharedMemory);
+    if (!m_sharedMemory)
+        return;
+    auto manager = std::make_unique<SharedMemoryManager>(this);
+    m_sharedMemoryManager = manager.get();
+    m_textureProvider->setFrameSource(std::move(manager));
 }
 
 void Application::initRenderer()
@@ -135,7 +155,7 @@ void Application::publishContextProperties()
                       {"kHmdDevice", notYet},
                       {"kLeap", notYet},
                       {"kGlobalObject", m_globalObject.get()},
-                      {"kSensor", notYet},
+                      {"kSensor", m_sensor.get()},
                       {"kDisplay", m_display.get()},
                       {"kRealSense", notYet},
                       {"kTextureProvider", m_textureProvider.get()},
@@ -151,6 +171,7 @@ void Application::registerQmlTypes()
     const char *const uri = "Orbilens";
     const QString enumsOnly = QStringLiteral("Enums only");
     qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
+    qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
     qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
     qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
     qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");

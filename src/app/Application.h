@@ -20,10 +20,13 @@ class HeadsetView;
 class KDisplay;
 class KGlobalObject;
 class KQQuickView;
+class KSensor;
 class KSettings;
 class KShaderCodeBuilder;
 class KTextureProvider;
+class KUdpSocket;
 class QOpenGLContext;
+class SharedMemoryManager;
 
 class Application : public QApplication
 {
@@ -46,6 +49,8 @@ public:
     KGlobalObject *globalObject() const { return m_globalObject.get(); }
     KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
     KDisplay *display() const { return m_display.get(); }
+    KSensor *sensor() const { return m_sensor.get(); }
+    KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
 
@@ -97,6 +102,7 @@ private slots:
 
 private:
     void parseArguments();
+    void makeTextureProvider();
     void registerQmlTypes();
     void publishContextProperties();
     void showWindow();
@@ -106,7 +112,10 @@ private:
     std::unique_ptr<KGlobalObject> m_globalObject;
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
     std::unique_ptr<KDisplay> m_display;
+    std::unique_ptr<KSensor> m_sensor;
+    std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;
+    SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;
     QOpenGLContext *m_glContext = nullptr;
     std::unique_ptr<QOpenGLContext> m_sharedGlContext;

@@ -95,6 +95,9 @@ public:
     void setYawInterpolate(float value);
     void setPitchInterpolate(float value);
 
+    /// Applies what setters with updateMatrix off have stored.
+    void rebuildMatrix();
+
     /// Takes a whole pose, as devices give it. @p updateAngles also recomputes yaw, pitch and roll;
     /// @p restartTimer restarts the timer of camera changes.
     Q_INVOKABLE void setRotationMatrix(const QMatrix4x4 &matrix, bool updateAngles,
@@ -222,7 +225,6 @@ private slots:
     void imageTimeoutSetNext();
 
 private:
-    void rebuildMatrix();
     void storeMatrix(const QMatrix4x4 &matrix);
     void storeAngle(float &field, float value, void (KGlobalObject::*changed)());
     void storeFov(float fov);
