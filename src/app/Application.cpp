@@ -16,6 +16,10 @@
 #include "resources/SceneResources.h"
 #include "settings/KSettings.h"
 #include "settings/KSettingsManager.h"
+#include "settings/KSettingsReaders.h"
+#include "video/KVideoPlugin.h"
+#include "video/VlcConfig.h"
+#include "video/VlcInstance.h"
 
 #include <QDir>
 #include <QMessageBox>
@@ -47,7 +51,10 @@ Application::~Application()
     // Its thread draws into textures of the view's share group.
     if (m_sharedMemoryManager)
         m_sharedMemoryManager->stop();
+    VlcConfig::current().save(*m_settings->settingsManager());
+    m_videoPlugin.reset();
     m_view.reset();
+    releaseVlcInstance(); // the players went with the view
     m_globalObject.reset();
     m_shaderBuilder.reset();
     m_display.reset();
@@ -84,6 +91,7 @@ void Application::init()
     const bool sharedMemorySetting =
         m_settings->get(QStringLiteral("application/advanced/sharedmemory")).toBool();
     m_sharedMemory = sharedMemorySetting || option(QStringLiteral("adobeplugin")).toBool();
+    chooseVideoBackend();
     initRenderer();
 
     m_view = std::make_unique<KQQuickView>(option(QStringLiteral("touchtable")).toBool());
@@ -92,6 +100,8 @@ void Application::init()
     connect(m_view.get(), &QQuickWindow::sceneGraphInitialized, this,
             &Application::checkOpenGLVersion, Qt::DirectConnection);
     connect(m_view.get(), SIGNAL(closing(QQuickCloseEvent *)), this, SLOT(closeWindow()));
+    connect(m_videoPlugin.get(), &KVideoPlugin::displayMessage, m_view.get(),
+            &KQQuickView::displayMessage);
     m_view->engine()->addImportPath(QStringLiteral(":/"));
 
     m_display = std::make_unique<KDisplay>();
@@ -109,7 +119,9 @@ void Application::init()
     publishContextProperties();
     registerQmlTypes();
     m_view->engine()->addImportPath(QStringLiteral("qrc:/QmlLib"));
-    m_view->engine()->addPluginPath(QDir(applicationDirPath()).absolutePath());
+    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
+    for (const QString &path : pluginPaths)
+        m_view->engine()->addPluginPath(path);
     initSceneResources();
     m_view->setSource(QUrl(QStringLiteral("qrc:/qml/main_newui.qml")));
     showWindow();
@@ -135,6 +147,18 @@ void Application::makeTextureProvider()
     m_textureProvider->setFrameSource(std::move(manager));
 }
 
+void Application::chooseVideoBackend()
+{
+    KSettingsManager *store = m_settings->settingsManager();
+    KSRFromKSettingsManager reader(store);
+    VlcConfig &config = VlcConfig::current();
+    config.load(reader);
+    // What one types for libvlc's own arguments means nothing to another backend.
+    config.customMode = option(QStringLiteral("customvlc")).toBool();
+    m_videoPlugin = std::make_unique<KVideoPlugin>(store, config.customMode ? QStringLiteral("vlc")
+                                                                            : QString());
+}
+
 void Application::initRenderer()
 {
     m_openGLFlavour = openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options);
@@ -149,7 +173,7 @@ void Application::publishContextProperties()
         const char *name;
         QObject *object;
     } properties[] = {{"kApp", this},
-                      {"kVideoPlugin", notYet},
+                      {"kVideoPlugin", m_videoPlugin.get()},
                       {"kView", m_view.get()},
                       {"kShaderCodeBuilder", m_shaderBuilder.get()},
                       {"kHmdDevice", notYet},

@@ -25,6 +25,7 @@ class KSettings;
 class KShaderCodeBuilder;
 class KTextureProvider;
 class KUdpSocket;
+class KVideoPlugin;
 class QOpenGLContext;
 class SharedMemoryManager;
 
@@ -48,6 +49,7 @@ public:
     KQQuickView *view() const { return m_view.get(); }
     KGlobalObject *globalObject() const { return m_globalObject.get(); }
     KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
+    KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
     KSensor *sensor() const { return m_sensor.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
@@ -103,6 +105,7 @@ private slots:
 private:
     void parseArguments();
     void makeTextureProvider();
+    void chooseVideoBackend();
     void registerQmlTypes();
     void publishContextProperties();
     void showWindow();
@@ -114,6 +117,7 @@ private:
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KUdpSocket> m_udpSocket;
+    std::unique_ptr<KVideoPlugin> m_videoPlugin;
     std::unique_ptr<KTextureProvider> m_textureProvider;
     SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;

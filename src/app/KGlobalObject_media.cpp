@@ -5,10 +5,12 @@
 
 #include "app/Application.h"
 #include "app/MediaChoice.h"
+#include "app/MovieMetadata.h"
 #include "app/PlayListReader.h"
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "video/VlcConfig.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -213,7 +215,11 @@ QStringList KGlobalObject::getSupportedImageFormats() const
 
 QStringList KGlobalObject::getSupportedVideoFormats() const
 {
-    return MediaChoice::videoSuffixes();
+    QStringList suffixes = MediaChoice::videoSuffixes();
+    // Raw video says nothing of its size; only arguments for libvlc can.
+    if (VlcConfig::current().customMode)
+        suffixes.append(QStringLiteral("yuv"));
+    return suffixes;
 }
 
 bool KGlobalObject::isValidFilePath(const QUrl &) const
@@ -263,7 +269,11 @@ void KGlobalObject::resolveProjection(const QVariantMap &metadata)
 
 QVariantMap KGlobalObject::readMetaData(const QVariant &url)
 {
-    const QVariantMap metadata;
+    QVariantMap metadata;
+    const QUrl location = url.toUrl();
+    if (location.isLocalFile() && isVideoFile(location) == Video)
+        metadata = readMovieMetadata(location.toLocalFile());
+
     setOffsetMatrix(QMatrix4x4());
     setYawMin(-CameraMath::kPi);
     setYawMax(CameraMath::kPi);

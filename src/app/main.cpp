@@ -7,6 +7,7 @@
 #include "foundation/KFoundation.h"
 #include "foundation/KVersion.h"
 #include "settings/KSettingsManager.h"
+#include "video/VlcConfig.h"
 
 #include <QDir>
 #include <QProcess>
@@ -73,9 +74,12 @@ int run(int &argc, char **argv, const QString &name, Restart *restart)
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
     KFoundation::Initialize();
+    VlcConfig vlcConfig;
+    VlcConfig::publish(&vlcConfig);
     application->init();
     const int result = QCoreApplication::exec();
-    application.reset(); // the peers use the foundation to their end
+    application.reset(); // the peers use the foundation to their end, and save the configuration
+    VlcConfig::publish(nullptr);
     KFoundation::Shutdown();
     return result;
 }

@@ -4,5 +4,14 @@
 
 void initSceneResources()
 {
+    Q_INIT_RESOURCE(images);
+    Q_INIT_RESOURCE(qmllib);
     Q_INIT_RESOURCE(scene);
+}
+
+QStringList scenePluginPaths(const QString &programFolder)
+{
+    const QDir folder(programFolder);
+    return {folder.absolutePath(),
+            QDir::cleanPath(folder.absoluteFilePath(QStringLiteral(ORBILENS_PLUGIN_FOLDER)))};
 }

@@ -141,8 +141,8 @@ FocusScope {
                 name: root.mediaLoader.volume > 0 ? qsTr("Mute") : qsTr("Unmute")
                 icon: {
                     var level = root.mediaLoader.volume
-                    return root.image("Sound" + (level <= 0 ? "Null" : level < 0.5 ? "Min"
-                                                 : level < 1.0 ? "Med" : "Max"))
+                    return root.image("Volume_" + (level <= 0 ? "null" : level < 0.5 ? "min"
+                                                   : level < 1.0 ? "med" : "Max"))
                 }
                 onClicked: root.toggleMute()
             }
@@ -242,7 +242,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.devices.headsetAvailable
             name: qsTr("HMD")
-            icon: root.devices.headset ? root.image("Headset_" + root.devices.headset.sdkType()) : ""
+            icon: root.devices.headset ? root.image("Hmd_" + root.devices.headset.sdkType()) : ""
             overlay: root.devices.headsetActivated ? root.active : "white"
             onClicked: root.hmdOnOff()
         }
@@ -251,7 +251,7 @@ FocusScope {
             objectName: "fullscreenButton"
             anchors.verticalCenter: parent.verticalCenter
             name: kView.fullScreen ? qsTr("Exit fullscreen") : qsTr("Enter fullscreen")
-            icon: root.image(kView.fullScreen ? "FullscreenExit" : "Fullscreen")
+            icon: root.image(kView.fullScreen ? "ExitFullscreen" : "Fullscreen")
             overlay: kView.fullScreen ? root.active : "white"
             onClicked: kView.fullScreenMode(!kView.fullScreen)
         }

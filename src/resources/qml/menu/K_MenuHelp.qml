@@ -16,7 +16,7 @@ Menu {
     }
     MenuItem {
         text: qsTr("Check for Updates")
-        enabled: kView.checkUpdatePossible
+        enabled: kView.checkUpdatePossible === true
         onTriggered: kView.checkUpdate()
     }
     MenuItem {

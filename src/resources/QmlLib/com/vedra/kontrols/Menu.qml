@@ -1,0 +1,4 @@
+import QtQuick.Controls 1.4 as Controls
+
+Controls.Menu {
+}

@@ -1,0 +1,97 @@
+#include "video/PlayerWindow.h"
+#include "video/YuvReference.h"
+
+#include "video/VlcConfig.h"
+
+#include <gtest/gtest.h>
+
+#include <QProcess>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The first frame of a clip as ffmpeg decodes it, in a pixel format of ffmpeg's.
+QByteArray decoded(const QUrl &clip, const char *pixelFormat, const char *filter = "null")
+{
+    QProcess ffmpeg;
+    ffmpeg.start(QStringLiteral("sh"),
+                 {QStringLiteral("-c"),
+                  QStringLiteral("ffmpeg -loglevel error -i \"$0\" -frames:v 1 -vf $2 -f rawvideo "
+                                 "-pix_fmt $1 -"),
+                  clip.toLocalFile(), QLatin1String(pixelFormat), QLatin1String(filter)});
+    EXPECT_TRUE(ffmpeg.waitForFinished());
+    return ffmpeg.readAllStandardOutput();
+}
+
+test::Picture played(const QUrl &clip, const QString &pixelFormat)
+{
+    test::PlayerWindow window;
+    EXPECT_TRUE(window.openAndShow(clip));
+    window.player().pause();
+    EXPECT_TRUE(test::waitUntil([&] { return window.reached(KVlcPlayerQml::Paused); }));
+    EXPECT_EQ(window.player().texturePixelFormat(), pixelFormat);
+    EXPECT_EQ(window.player().textureTransfer(), QStringLiteral("Pixel Buffer Object\n"));
+    return test::readTexture(window.player().textureId());
+}
+
+class Colours : public ::testing::Test
+{
+protected:
+    Colours() { VlcConfig::publish(&m_config); }
+    ~Colours() override { VlcConfig::publish(nullptr); }
+
+    VlcConfig m_config;
+};
+
+TEST_F(Colours, ReachTheTextureAsTheFormulasSay)
+{
+    const struct
+    {
+        const char *clip;
+        const char *decodedAs;
+        const char *format;
+        YuvColours colours;
+    } rows[] = {{"patches_limited.mp4", "yuv420p", "I420", YuvColours::Compressed},
+                {"patches_full.mov", "yuvj420p", "J420", YuvColours::Direct}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.clip);
+        const test::Picture picture = played(test::clip(row.clip), row.format);
+        ASSERT_EQ(picture.size, QSize(640, 160));
+        const QByteArray bytes = decoded(test::clip(row.clip), row.decodedAs);
+        ASSERT_EQ(bytes.size(), 640 * 240);
+        const test::RawFrame raw{reinterpret_cast<const std::uint8_t *>(bytes.data()), 640, 240};
+        int worst = 0;
+        for (int y = 0; y < 160; ++y) {
+            for (int x = 0; x < 640; ++x) {
+                const auto expected =
+                    test::convertedPixel(raw, VlcPixelFormat::I420, row.colours, x, y, 160);
+                for (std::size_t i = 0; i < 3; ++i)
+                    worst = std::max(worst, std::abs(expected[i] - picture.at(x, y)[i]));
+            }
+        }
+        // Later frames of the clip differ from the first by what the encoder loses.
+        EXPECT_LE(worst, 3);
+    }
+}
+
+TEST_F(Colours, AreTheDecodersOwnWithoutShaderConversion)
+{
+    m_config.shaderColorConversion = false;
+    for (const char *clip : {"patches_limited.mp4", "patches_full.mov"}) {
+        SCOPED_TRACE(clip);
+        const test::Picture picture = played(test::clip(clip), QStringLiteral("BGRA"));
+        // libvlc's converter takes the coefficients of BT.601 whatever the file says.
+        const QByteArray bytes =
+            decoded(test::clip(clip), "bgra", "scale=in_color_matrix=bt601:out_color_matrix=bt601");
+        ASSERT_EQ(bytes.size(), int(picture.bytes.size()));
+        for (int patch = 0; patch < 8; ++patch) {
+            const int at = (80 * 640 + patch * 80 + 40) * 4;
+            for (int i = 0; i < 3; ++i)
+                EXPECT_NEAR(quint8(bytes[at + i]), picture.bytes[std::size_t(at + i)], 2) << patch;
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,145 @@
+#include "video/PlayerWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QOpenGLFunctions_2_1>
+#include <QProcess>
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QTest>
+
+namespace test {
+
+namespace {
+
+/// A context of the share group, current for the lifetime of the object.
+class SharedContext
+{
+public:
+    SharedContext()
+    {
+        m_surface.create();
+        m_context.setShareContext(QOpenGLContext::globalShareContext());
+        EXPECT_TRUE(m_context.create() && m_context.makeCurrent(&m_surface));
+        m_gl = m_context.versionFunctions<QOpenGLFunctions_2_1>();
+        m_gl->initializeOpenGLFunctions();
+    }
+    ~SharedContext() { m_context.doneCurrent(); }
+
+    QOpenGLFunctions_2_1 *operator->() { return m_gl; }
+
+private:
+    QOffscreenSurface m_surface;
+    QOpenGLContext m_context;
+    QOpenGLFunctions_2_1 *m_gl = nullptr;
+};
+
+} // namespace
+
+QUrl clip(const QString &name)
+{
+    const QString folder = QStringLiteral(ORBILENS_BINARY_DIR "/tests/video/clips");
+    static const int result = QProcess::execute(
+        QStringLiteral(ORBILENS_SOURCE_DIR "/tests/video/make-clips.sh"), {folder});
+    EXPECT_EQ(result, 0) << "the clips could not be made";
+    return QUrl::fromLocalFile(folder + QLatin1Char('/') + name);
+}
+
+bool waitUntil(const std::function<bool()> &condition, int milliseconds)
+{
+    return QTest::qWaitFor(condition, milliseconds);
+}
+
+void passTime(int milliseconds)
+{
+    QTest::qWait(milliseconds);
+}
+
+std::array<int, 3> Picture::at(int x, int y) const
+{
+    const std::uint8_t *pixel = &bytes[std::size_t(y * size.width() + x) * 4];
+    return {pixel[0], pixel[1], pixel[2]};
+}
+
+Picture readTexture(int textureId)
+{
+    SharedContext gl;
+    GLint width = 0;
+    GLint height = 0;
+    gl->glBindTexture(GL_TEXTURE_2D, GLuint(textureId));
+    gl->glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    gl->glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    Picture picture{QSize(width, height),
+                    std::vector<std::uint8_t>(std::size_t(width * height) * 4)};
+    gl->glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.bytes.data());
+    return picture;
+}
+
+std::array<int, 4> liveGlObjects()
+{
+    SharedContext gl;
+    std::array<int, 4> alive{};
+    constexpr GLuint kHighestName = 20000;
+    for (GLuint name = 1; name < kHighestName; ++name) {
+        alive[0] += gl->glIsTexture(name);
+        alive[1] += gl->glIsBuffer(name);
+        alive[2] += gl->glIsProgram(name);
+        alive[3] += gl->glIsShader(name);
+    }
+    return alive;
+}
+
+int threadCount()
+{
+    return QDir(QStringLiteral("/proc/self/task"))
+        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+        .size();
+}
+
+PlayerWindow::PlayerWindow(Shown shown)
+{
+    qmlRegisterType<KVlcPlayerQml>("VLCQt", 1, 0, "VlcVideoPlayer");
+    m_view.resize(320, 160);
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    auto *component = new QQmlComponent(m_view.engine(), &m_view);
+    component->setData("import QtQuick 2.5\nimport VLCQt 1.0\n"
+                       "Item { VlcVideoPlayer { width: parent.width; height: 160 } }",
+                       {});
+    m_view.setContent({}, component, component->create());
+    m_player = m_view.rootObject()->findChild<KVlcPlayerQml *>();
+    const auto record = [this](auto signal, auto list) {
+        QObject::connect(m_player, signal, &m_view, [list](auto value) { list->append(value); });
+    };
+    record(&KVlcPlayerQml::vlcStateChanged, &states);
+    record(&KVlcPlayerQml::positionChanged, &positions);
+    record(&KVlcPlayerQml::durationChanged, &durations);
+    record(&KVlcPlayerQml::errorStringChanged, &errors);
+    QObject::connect(m_player, &KVlcPlayerQml::textureIdChanged, &m_view,
+                     [this] { textures.append(m_player->textureId()); });
+    if (shown == Shown::Never)
+        return;
+    m_view.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_view));
+}
+
+PlayerWindow::~PlayerWindow() = default;
+
+bool PlayerWindow::openAndShow(const QUrl &url)
+{
+    forget();
+    m_player->openFile(url);
+    return waitUntil([this] { return m_player->textureId() != 0; });
+}
+
+void PlayerWindow::forget()
+{
+    states.clear();
+    positions.clear();
+    durations.clear();
+    textures.clear();
+    errors.clear();
+}
+
+} // namespace test

@@ -1,0 +1,129 @@
+#include "video/PlayerWindow.h"
+
+#include "settings/KSettingsManager.h"
+#include "support/WarningGuard.h"
+#include "video/KVideoPlugin.h"
+#include "video/VlcConfig.h"
+
+#include <gmock/gmock.h>
+
+#include <QMediaPlayer>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+/// The scene's player over one backend, in a window.
+class ScenePlayer
+{
+public:
+    explicit ScenePlayer(const QString &backend)
+        : m_plugin(&m_store, backend)
+    {
+        m_view.engine()->addImportPath(QStringLiteral(ORBILENS_SOURCE_DIR "/src/resources"));
+        m_view.rootContext()->setContextProperty(QStringLiteral("kVideoPlugin"), &m_plugin);
+        m_view.resize(320, 160);
+        QQmlComponent component(m_view.engine());
+        component.setData("import KVideo 1.0\nK_MediaPlayer { width: 320; height: 160 }", {});
+        m_item = qobject_cast<QQuickItem *>(component.create());
+        EXPECT_TRUE(m_item) << component.errorString().toStdString();
+        m_item->setParentItem(m_view.contentItem());
+        m_view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_view));
+    }
+    ~ScenePlayer() { delete m_item; }
+
+    QVariant get(const char *property) const { return m_item->property(property); }
+    void set(const char *property, const QVariant &value) { m_item->setProperty(property, value); }
+    void call(const char *method) { EXPECT_TRUE(QMetaObject::invokeMethod(m_item, method)); }
+    void seekJump(int delta)
+    {
+        QMetaObject::invokeMethod(m_item, "seekJump", Q_ARG(QVariant, delta));
+    }
+    bool becomes(const char *property, const QVariant &value) const
+    {
+        return test::waitUntil([&] { return get(property) == value; });
+    }
+    QQuickItem *item() { return m_item; }
+    KVideoPlugin &plugin() { return m_plugin; }
+
+private:
+    KSettingsManager m_store = KSettingsManager::ForUser();
+    KVideoPlugin m_plugin;
+    QQuickView m_view;
+    QQuickItem *m_item = nullptr; ///< deleted with this object, before its context
+};
+
+class BothBackends : public ::testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
+{
+    const test::WarningGuard quiet;
+    ScenePlayer player(QString::fromLatin1(GetParam()));
+    const bool vlc = player.get("backend") == QStringLiteral("vlc");
+    EXPECT_EQ(player.get("playerStatus").toInt(), int(QMediaPlayer::NoMedia));
+    player.set("volume", 0.25);
+    player.set("mediaSource", test::clip(QStringLiteral("long.mp4")));
+    EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PlayingState)));
+    EXPECT_TRUE(player.becomes("playerStatus", int(QMediaPlayer::BufferedMedia)));
+    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() > 200; }));
+    EXPECT_NEAR(player.get("duration").toInt(), 20000, 100);
+    EXPECT_EQ(player.get("shaderEffectSource").value<QQuickItem *>() == nullptr, vlc);
+    EXPECT_EQ(player.get("textureId").toInt() != 0, vlc);
+    EXPECT_EQ(player.get("frameSize").toSize(), vlc ? QSize(320, 160) : QSize(0, 0));
+    EXPECT_EQ(player.get("textureTransfer").toString(),
+              QLatin1String(vlc ? "Pixel Buffer Object\n" : ""));
+    EXPECT_EQ(player.get("texturePixelFormat").toString(), QLatin1String(vlc ? "I420" : ""));
+
+    QSignalSpy seeks(player.item(), SIGNAL(seekRequested()));
+    player.seekJump(10000);
+    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() > 9000; }));
+    player.seekJump(15000);
+    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() < 5000; }));
+    player.seekJump(-15000);
+    EXPECT_EQ(seeks.count(), 3);
+
+    player.call("pause");
+    EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PausedState)));
+    player.call("play");
+    EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PlayingState)));
+    player.call("stop");
+    EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::StoppedState)));
+    player.call("restart");
+    EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PlayingState)));
+
+    player.set("mediaSource", test::clip(QStringLiteral("a b%20é#1.mp4")));
+    EXPECT_TRUE(player.becomes("playerStatus", int(QMediaPlayer::EndOfMedia)));
+    player.set("mediaSource", test::clip(QStringLiteral("missing.mp4")));
+    EXPECT_TRUE(test::waitUntil([&] { return !player.get("errorString").toString().isEmpty(); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Scene, BothBackends, ::testing::Values("vlc", "qt"));
+
+TEST(SceneOfTheVlcBackend, RestartsOnASettingAndKeepsTheBackendUntilTheNextStart)
+{
+    VlcConfig config;
+    VlcConfig::publish(&config);
+    {
+        ScenePlayer player(QStringLiteral("vlc"));
+        player.set("mediaSource", test::clip(QStringLiteral("long.mp4")));
+        EXPECT_TRUE(player.becomes("texturePixelFormat", QStringLiteral("I420")));
+        player.plugin().setVlcShaderColorConversion(false);
+        EXPECT_TRUE(player.becomes("texturePixelFormat", QStringLiteral("BGRA")));
+        const QUrl source = player.get("source").toUrl();
+        player.plugin().setCurrentPlugin(QStringLiteral("qt"));
+        player.plugin().setVlcAudioDelay(-200);
+        test::passTime(100);
+        EXPECT_EQ(player.get("source").toUrl(), source);
+        EXPECT_EQ(player.get("playbackState").toInt(), int(QMediaPlayer::PlayingState));
+    }
+    VlcConfig::publish(nullptr);
+}
+
+} // namespace
