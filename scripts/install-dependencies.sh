@@ -27,6 +27,8 @@ test_packages=(
 
 packages=("${build_packages[@]}" "${run_packages[@]}")
 [ "${1:-test}" = run ] || packages+=("${test_packages[@]}")
+# Breakpad's sources come through npm, which need not be Debian's.
+command -v npm >/dev/null || packages+=(nodejs npm)
 
 missing=()
 for package in "${packages[@]}"; do

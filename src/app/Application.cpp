@@ -1,6 +1,8 @@
 #include "app/Application.h"
 
+#include "analytics/KAnalyticsManager.h"
 #include "app/CommandLine.h"
+#include "app/Deployment.h"
 #include "app/KDisplay.h"
 #include "app/KDropArea.h"
 #include "app/KGlobalObject.h"
@@ -27,15 +29,19 @@
 #include <QOpenGLFunctions>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QTimer>
 
 namespace {
 
 constexpr QSize kMinimumWindowSize(640, 460);
+// Devices answer on threads of their own; by then they have.
+constexpr int kDevicesMilliseconds = 1000;
 
 } // namespace
 
 Application::Application(const QString &name, int &argc, char **argv)
     : QApplication(argc, argv)
+    , m_deployment(std::make_unique<Deployment>(Deployment::ofThisBuild()))
 {
     setObjectName(name);
     // The folders of settings and data depend on these two from here on.
@@ -44,6 +50,7 @@ Application::Application(const QString &name, int &argc, char **argv)
     m_arguments = ::restartArguments(arguments(), QDir::currentPath());
     m_settings = std::make_unique<KSettings>(KVersion::applicationName());
     m_settings->load();
+    connect(this, &QCoreApplication::aboutToQuit, this, &Application::desinitializeAnalytics);
 }
 
 Application::~Application()
@@ -92,9 +99,12 @@ void Application::init()
         m_settings->get(QStringLiteral("application/advanced/sharedmemory")).toBool();
     m_sharedMemory = sharedMemorySetting || option(QStringLiteral("adobeplugin")).toBool();
     chooseVideoBackend();
+    initializeAnalytics();
     initRenderer();
 
-    m_view = std::make_unique<KQQuickView>(option(QStringLiteral("touchtable")).toBool());
+    m_view = std::make_unique<KQQuickView>(option(QStringLiteral("touchtable")).toBool(),
+                                           m_deployment->updateServer,
+                                           m_settings->settingsManager(), m_crashHandler);
     connect(this, &Application::openGLReady, this, &Application::playArgsMedia,
             Qt::QueuedConnection);
     connect(m_view.get(), &QQuickWindow::sceneGraphInitialized, this,
@@ -117,6 +127,7 @@ void Application::init()
 
     m_view->engine()->addImportPath(applicationDirPath() + QLatin1String("/QtPlugins/"));
     publishContextProperties();
+    collectInfos();
     registerQmlTypes();
     m_view->engine()->addImportPath(QStringLiteral("qrc:/QmlLib"));
     const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
@@ -125,9 +136,66 @@ void Application::init()
     initSceneResources();
     m_view->setSource(QUrl(QStringLiteral("qrc:/qml/main_newui.qml")));
     showWindow();
+    m_view->startUpdates(m_deployment->productId);
 
     QDir::setSearchPaths(QStringLiteral("UI"), {QStringLiteral(":/UI")});
     QDir::setSearchPaths(QStringLiteral("Translation"), {QStringLiteral(":/Translation")});
+}
+
+void Application::initializeAnalytics()
+{
+    // Tests build an Application without statistics.
+    if (!KAnalyticsManager::Instance())
+        return;
+    m_usageReport = std::make_unique<UsageReport>(KAnalyticsManager::Instance());
+    m_usageReport->begin(*m_deployment, &m_networkManager, consent());
+}
+
+void Application::desinitializeAnalytics()
+{
+    if (m_usageReport)
+        m_usageReport->end(consent());
+}
+
+void Application::collectInfos()
+{
+    if (!m_usageReport)
+        return;
+    const auto setting = [this](const char *key) {
+        return m_settings->get(QLatin1String(key)).toString();
+    };
+    const QString udp = option(QStringLiteral("udp")).toString();
+    UsageReport::Start start;
+    start.videoBackend =
+        option(QStringLiteral("customvlc")).toBool()
+            ? QStringLiteral("vlc")
+            : m_settings->settingsManager()->GetString(QStringLiteral("application/videoPlugin"),
+                                                       QStringLiteral("vlc"));
+    start.adobePlugin = option(QStringLiteral("adobeplugin")).toBool();
+    start.communicationState = udp.isEmpty() ? setting("application/communication/state") : udp;
+    start.realSense = isAvailable("kRealSense");
+    start.sensor = isAvailable("kSensor");
+    m_usageReport->sendStart(start);
+    QTimer::singleShot(kDevicesMilliseconds, this, &Application::collectInfosLater);
+}
+
+void Application::collectInfosLater()
+{
+    m_usageReport->sendDevices(isAvailable("kHmdDevice"), isAvailable("kLeap"), consent());
+}
+
+UsageReport::Consent Application::consent() const
+{
+    return m_settings->get(QStringLiteral("application/general/enableAnalytics")).toBool()
+               ? UsageReport::Consent::Given
+               : UsageReport::Consent::Refused;
+}
+
+bool Application::isAvailable(const char *contextProperty) const
+{
+    const auto *device =
+        m_view->rootContext()->contextProperty(QLatin1String(contextProperty)).value<QObject *>();
+    return device && device->property("available").toBool();
 }
 
 void Application::parseArguments()
@@ -185,7 +253,7 @@ void Application::publishContextProperties()
                       {"kTextureProvider", m_textureProvider.get()},
                       {"kSettings", m_settings.get()},
                       {"qt_debug", nullptr},
-                      {"kAnalyticsManager", notYet}};
+                      {"kAnalyticsManager", KAnalyticsManager::Instance()}};
     for (const auto &property : properties)
         context->setContextProperty(QLatin1String(property.name), property.object);
 }

@@ -7,6 +7,7 @@
 // This header is a hub of forward declarations and getters, so that including it costs nothing.
 
 #include "app/OpenGLFlavour.h"
+#include "app/UsageReport.h"
 
 #include <QApplication>
 #include <QMap>
@@ -16,6 +17,7 @@
 
 #include <memory>
 
+class CrashHandler;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
@@ -28,6 +30,7 @@ class KUdpSocket;
 class KVideoPlugin;
 class QOpenGLContext;
 class SharedMemoryManager;
+struct Deployment;
 
 class Application : public QApplication
 {
@@ -65,6 +68,13 @@ public:
     QOpenGLContext *glContext() const { return m_glContext; }
     QOpenGLContext *sharedGlContext() const { return m_sharedGlContext.get(); }
 
+    /// The servers, identifiers and links of this build.
+    const Deployment &deployment() const { return *m_deployment; }
+
+    /// Null in tests without one; otherwise outlives this object.
+    CrashHandler *crashHandler() const { return m_crashHandler; }
+    void setCrashHandler(CrashHandler *handler) { m_crashHandler = handler; }
+
     /// The parsed command line: "udp" (text), "adobeplugin", "customvlc", "touchtable" (bool) and
     /// "files" (list of texts). An option that was not given yields an invalid variant.
     QVariant option(const QString &name) const { return m_options.value(name); }
@@ -100,6 +110,10 @@ signals:
     void openGLReady();
 
 private slots:
+    void initializeAnalytics();
+    void desinitializeAnalytics();
+    void collectInfos();
+    void collectInfosLater();
     void playArgsMedia();
 
 private:
@@ -109,7 +123,12 @@ private:
     void registerQmlTypes();
     void publishContextProperties();
     void showWindow();
+    UsageReport::Consent consent() const;
+    bool isAvailable(const char *contextProperty) const;
 
+    const std::unique_ptr<const Deployment> m_deployment;
+    CrashHandler *m_crashHandler = nullptr;
+    std::unique_ptr<UsageReport> m_usageReport;
     std::unique_ptr<KSettings> m_settings;
     std::unique_ptr<KQQuickView> m_view;
     std::unique_ptr<KGlobalObject> m_globalObject;

@@ -1,6 +1,7 @@
 #include "app/KGlobalObject.h"
 
 #include "app/Application.h"
+#include "app/Deployment.h"
 #include "app/FovLimits.h"
 #include "app/KQQuickView.h"
 #include "render/CameraMath.h"
@@ -421,4 +422,14 @@ void KGlobalObject::onSettingsChanged(const QString &key)
     } else if (key == QLatin1String("application/playlist/imageDisplayDurationNone")) {
         m_imageDisplayDurationNone = value.toBool();
     }
+}
+
+QString KGlobalObject::documentationUrl() const
+{
+    return m_application->deployment().documentationUrl;
+}
+
+QString KGlobalObject::privacyUrl() const
+{
+    return m_application->deployment().privacyUrl;
 }

@@ -47,6 +47,9 @@ class KGlobalObject : public QObject
     Q_PROPERTY(bool touchMode READ touchMode NOTIFY touchModeChanged)
     Q_PROPERTY(bool touchTable READ touchTable CONSTANT)
     Q_PROPERTY(bool adobePlugin READ adobePlugin CONSTANT)
+    // Links of this build; empty where it has none.
+    Q_PROPERTY(QString documentationUrl READ documentationUrl CONSTANT)
+    Q_PROPERTY(QString privacyUrl READ privacyUrl CONSTANT)
     Q_PROPERTY(int loopMode READ loopMode NOTIFY loopModeChanged)
     Q_PROPERTY(
         int playListIndex READ playListIndex WRITE setPlayListIndex NOTIFY playListIndexChanged)
@@ -132,6 +135,8 @@ public:
     bool touchMode() const { return m_touchMode; }
     bool touchTable() const;
     bool adobePlugin() const;
+    QString documentationUrl() const;
+    QString privacyUrl() const;
     /// The setting's value, AUTO included.
     int projectionSourceSetting() const;
 

@@ -1,6 +1,8 @@
 #include "app/KQQuickView.h"
 
+#include "crash/CrashHandler.h"
 #include "foundation/KVersion.h"
+#include "update/KUpdateManager.h"
 
 #include <QColor>
 #include <QDateTime>
@@ -8,19 +10,28 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
-KQQuickView::KQQuickView(bool touchTable, QWindow *parent)
+KQQuickView::KQQuickView(bool touchTable, const QString &updateServer, KSettingsManager *store,
+                         CrashHandler *crashHandler, QWindow *parent)
     : QQuickView(parent)
+    , m_updateManager(std::make_unique<KUpdateManager>(updateServer, store))
+    , m_crashHandler(crashHandler)
     , m_fullScreen(touchTable)
     , m_gpuInfo(tr("Cannot get GPU version"))
 {
     // The panorama clears what it covers; the scene lies over an opaque rectangle of its own.
     setClearBeforeRendering(false);
+    connect(m_updateManager.get(), &KUpdateManager::NewVersionAvailable, this,
+            &KQQuickView::OnNewVersionAvailable);
+    connect(m_updateManager.get(), &KUpdateManager::AlreadyLatestVersion, this,
+            &KQQuickView::OnAlreadyLatestVersion);
     connect(this, &QWindow::windowStateChanged, this, &KQQuickView::onWindowStateChanged);
     connect(this, &QQuickWindow::beforeRendering, this, &KQQuickView::computeGpuInfo,
             Qt::DirectConnection);
     connect(this, &QQuickWindow::afterRendering, this, &KQQuickView::computeFps,
             Qt::DirectConnection);
 }
+
+KQQuickView::~KQQuickView() = default;
 
 void KQQuickView::fullScreenMode(bool enabled)
 {
@@ -49,6 +60,62 @@ void KQQuickView::updateTitle(const QString &newSource)
     setTitle(text);
 }
 
+bool KQQuickView::checkUpdatePossible() const
+{
+    return m_updateManager->isEnabled();
+}
+
+void KQQuickView::startUpdates(const QString &productId)
+{
+    m_updateManager->Start(productId, KVersion::fullText(), QString());
+}
+
+bool KQQuickView::isNewVersionAvailable() const
+{
+    return !newVersion().isEmpty();
+}
+
+void KQQuickView::checkUpdate()
+{
+    m_updateManager->CheckForNewVersion();
+}
+
+QString KQQuickView::newVersion() const
+{
+    return m_updateManager->newVersion();
+}
+
+QDate KQQuickView::newVersionDate() const
+{
+    return m_updateManager->newVersionDate();
+}
+
+QString KQQuickView::newChangeLog() const
+{
+    return m_updateManager->newChangeLog();
+}
+
+QString KQQuickView::urlDownload() const
+{
+    return m_updateManager->urlInstaller();
+}
+
+QString KQQuickView::urlHistory() const
+{
+    return m_updateManager->urlHistory();
+}
+
+QString KQQuickView::urlWebsite() const
+{
+    return m_updateManager->urlWebsite();
+}
+
+void KQQuickView::displayCrashManager()
+{
+    if (m_crashHandler)
+        m_crashHandler->showReporter();
+}
+
 QColor KQQuickView::colorTeam() const
 {
     return {0x00, 0xA3, 0xDA};
@@ -61,6 +128,9 @@ void KQQuickView::OnNewVersionAvailable()
 
 void KQQuickView::OnAlreadyLatestVersion()
 {
+    // Nobody asked a scheduled check anything.
+    if (!m_updateManager->isManualCheck())
+        return;
     emit displayMessage(tr("There is no update for this product.\n"
                            "Your are already running the most up to date version."));
 }

@@ -1,15 +1,18 @@
 // Program entry: what must be decided before the application object exists, the order in which the
 // process-wide facilities come up and go down, and the restart.
 
+#include "analytics/KAnalyticsManager.h"
 #include "app/Application.h"
 #include "app/CommandLine.h"
 #include "app/OpenGLFlavour.h"
+#include "crash/CrashHandler.h"
 #include "foundation/KFoundation.h"
 #include "foundation/KVersion.h"
 #include "settings/KSettingsManager.h"
 #include "video/VlcConfig.h"
 
 #include <QDir>
+#include <QLocale>
 #include <QProcess>
 #include <QThread>
 
@@ -59,6 +62,21 @@ struct Restart
     QStringList arguments;
 };
 
+/// The language of the settings, which reaches the crash reporter only.
+std::unique_ptr<CrashHandler> installCrashHandler()
+{
+    KSettingsManager store = KSettingsManager::ForUser();
+    const QString language = store.GetString(QStringLiteral("application/language"), QString());
+    const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    CrashHandler::Settings settings;
+    settings.dumpFolder = QDir::tempPath();
+    settings.productName = KVersion::productName();
+    settings.productVersion = KVersion::fullText();
+    settings.locale = locale.name();
+    settings.dumpType = store.GetInt(QStringLiteral("application/dump_type"), 0);
+    return std::make_unique<CrashHandler>(settings);
+}
+
 int run(int &argc, char **argv, const QString &name, Restart *restart)
 {
     auto application = std::make_unique<Application>(name, argc, argv);
@@ -73,11 +91,15 @@ int run(int &argc, char **argv, const QString &name, Restart *restart)
     restart->arguments = application->restartArguments();
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
+    const std::unique_ptr<CrashHandler> crashHandler = installCrashHandler();
+    application->setCrashHandler(crashHandler.get());
     KFoundation::Initialize();
     VlcConfig vlcConfig;
     VlcConfig::publish(&vlcConfig);
+    KAnalyticsManager::CreateInstance();
     application->init();
     const int result = QCoreApplication::exec();
+    KAnalyticsManager::DestroyInstance(); // its requests go over the application's network manager
     application.reset(); // the peers use the foundation to their end, and save the configuration
     VlcConfig::publish(nullptr);
     KFoundation::Shutdown();

@@ -15,3 +15,8 @@ QStringList scenePluginPaths(const QString &programFolder)
     return {folder.absolutePath(),
             QDir::cleanPath(folder.absoluteFilePath(QStringLiteral(ORBILENS_PLUGIN_FOLDER)))};
 }
+
+void initDeploymentResource()
+{
+    Q_INIT_RESOURCE(deployment);
+}

@@ -11,3 +11,6 @@ void initSceneResources();
 /// (a build tree) and in the library folder that belongs to it (an installed one).
 /// @p programFolder is the folder of the executable.
 QStringList scenePluginPaths(const QString &programFolder);
+
+/// The same for ":/deployment.json", which is read before there is a scene.
+void initDeploymentResource();
