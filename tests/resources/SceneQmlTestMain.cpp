@@ -1,6 +1,7 @@
 // Runs every tst_*.qml of this folder in engines that see what the program's engine sees: its
 // resources, plug-ins and enums, real settings, and small stand-ins for the objects that a test
-// has to watch. A warning of an engine fails the run, whichever test was under way.
+// has to watch. A warning of an engine fails the run, whichever test was under way, but for those
+// of "Missing.qml", which tests name where they need a file that does not load.
 
 #include "net/KUdpSocket.h"
 #include "render/KShaderCodeBuilder.h"

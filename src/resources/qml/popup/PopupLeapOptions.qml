@@ -8,11 +8,10 @@ K_PopupPanel {
     id: root
 
     property var leap: kLeap
-    property var headset: kHmdDevice
     property var builder: kShaderCodeBuilder
 
     readonly property bool headsetMode: builder.hmdMode
-    readonly property bool tutorialRuns: leap.tutoState !== -1
+    readonly property bool tutorialRuns: leap !== null && leap.tutoState !== -1
     readonly property var optionNames: ["sensitivityYawPitch", "sensitivitySeekJump", "pitchInv",
         "yawInv", "cameraMode", "pointerInterpolation", "rollMode", "fovMode", "playPauseGesture",
         "seekGesture", "drawHand"]
@@ -24,15 +23,17 @@ K_PopupPanel {
     panelWidth: 700
     dismiss: cancel
 
+    function option(name) { return leap ? leap[name] : undefined }
+
     function cancel() {
-        for (var i = 0; i < optionNames.length; ++i)
-            leap[optionNames[i]] = kept[optionNames[i]]
+        for (var name in kept)
+            leap[name] = kept[name]
         close()
     }
 
     Component.onCompleted: {
         var options = {}
-        for (var i = 0; i < optionNames.length; ++i)
+        for (var i = 0; leap && i < optionNames.length; ++i)
             options[optionNames[i]] = leap[optionNames[i]]
         kept = options
     }
@@ -50,7 +51,7 @@ K_PopupPanel {
             width: parent.width
             name: yesNoRow.label
             choices: yesNoRow.choices
-            value: root.leap[yesNoRow.option]
+            value: root.option(yesNoRow.option)
             onChosen: root.leap[yesNoRow.option] = value
         }
     }
@@ -78,7 +79,7 @@ K_PopupPanel {
                 from: sliderRow.from
                 to: sliderRow.to
                 stepSize: sliderRow.step
-                value: root.leap[sliderRow.option]
+                value: root.option(sliderRow.option) || sliderRow.from
                 onReleased: root.leap[sliderRow.option] = value
             }
             K_PanelButton {
@@ -95,7 +96,7 @@ K_PopupPanel {
         objectName: "documentation"
         x: 10
         width: parent.width - 20
-        markup: root.leap.logLink || qsTr("Hold a hand above the tracker: moving it turns the view.")
+        markup: root.option("logLink") || qsTr("Hold a hand above the tracker: moving it turns the view.")
     }
 
     K_SectionTitle {
@@ -133,7 +134,7 @@ K_PopupPanel {
     YesNo {
         option: "drawHand"
         label: qsTr("Display Hands")
-        enabled: !root.headsetMode && root.leap.cameraMode !== 1 && !root.tutorialRuns
+        enabled: !root.headsetMode && root.option("cameraMode") !== 1 && !root.tutorialRuns
     }
 
     buttons: [
