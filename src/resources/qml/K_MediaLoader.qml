@@ -68,17 +68,6 @@ Item {
             play()
     }
 
-    // Called by name from KUdpSocket. A stop is ignored: it would blacken a slave that still reads
-    // a large film.
-    function syncPlaybackState(state) {
-        if (state === MediaPlayer.PlayingState)
-            play()
-        else if (state === MediaPlayer.PausedState)
-            pause()
-    }
-
-    function seek(ms) { mediaPlayer.seek(ms) }
-
     function stop() {
         mediaPlayer.playerStatus = MediaPlayer.NoMedia
         processFileSource("", true, "", false)
