@@ -58,6 +58,8 @@ Application::~Application()
     // Its thread draws into textures of the view's share group.
     if (m_sharedMemoryManager)
         m_sharedMemoryManager->stop();
+    if (m_view)
+        m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
     m_videoPlugin.reset();
     m_view.reset();

@@ -31,6 +31,7 @@ protected:
     {
         auto *application = static_cast<Application *>(qApp);
         application->init();
+        ASSERT_NE(application->view()->rootObject(), nullptr);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(application->view()));
     }
 

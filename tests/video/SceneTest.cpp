@@ -64,7 +64,10 @@ class BothBackends : public ::testing::TestWithParam<const char *>
 
 TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
 {
-    const test::WarningGuard quiet;
+    // GStreamer asks for a sound server that this machine need not have, and names missing files.
+    const test::WarningGuard quiet({QStringLiteral("Failed to connect: Connection refused"),
+                                    QStringLiteral("^GStreamer; Unable to"),
+                                    QStringLiteral("Resource not found")});
     ScenePlayer player(QString::fromLatin1(GetParam()));
     const bool vlc = player.get("backend") == QStringLiteral("vlc");
     EXPECT_EQ(player.get("playerStatus").toInt(), int(QMediaPlayer::NoMedia));
