@@ -134,7 +134,9 @@ Item {
                   role: "master", values: [0, 1], preset: 0, restart: true,
                   hint: "Defines the interal format of encoded UDP messages" },
                 { category: "controllers", tag: "hmdSdk", key: "hmd/sdk", preset: "auto",
-                  values: ["auto", "oculus", "openvr"], restart: true, platform: "Q_OS_WIN64" },
+                  values: ["auto", "oculus", "openvr"], restart: true, platform: "Q_OS_WIN64",
+                  starts: "Select the SDK to detect and manage HMD. 'Auto' will try to use first "
+                    + "the Oculus SDK to detect" },
                 { category: "controllers", tag: "gazeUI", key: "hmd/gazeUI", values: [false, true],
                   preset: false, restart: true, hint: "Use Gaze UI if you don't have any remote control." },
                 { category: "controllers", tag: "feedbackScreen", key: "realsense/feedbackScreen",
@@ -185,6 +187,7 @@ Item {
             tryVerify(function() { return findChild(settings, "hintLine").text === item.hint })
             if (data.hint)
                 compare(item.hint, data.hint)
+            verify(item.hint !== "" && item.hint.indexOf(data.starts || "") === 0, item.hint)
 
             if (data.images)
                 checkImages(data, item)
@@ -443,6 +446,17 @@ Item {
             settings.gotoVideoCategory()
             compare(settings.category, "video")
             compare(settings.asked, ["Settings"])
+        }
+
+        function test_arrowsGoThroughTheCategories() {
+            show("general")
+            for (var i = 1; i < settings.categories.length; ++i) {
+                keyClick(Qt.Key_Down)
+                compare(settings.category, settings.categories[i].id)
+            }
+            keyClick(Qt.Key_Down)
+            keyClick(Qt.Key_Up)
+            compare(settings.category, "controllers")
         }
 
         // Tab goes through the whole window and shows where it is.

@@ -18,7 +18,7 @@ K_PopupPanel {
     panelWidth: 640
     closesOnReturn: true
 
-    function textOf(object, name) { return object && object[name] ? String(object[name]) : "" }
+    function textOf(object, name) { return object && object[name] ? String(object[name]).trim() : "" }
 
     function supported(device) { return device !== null && device.isSupported() }
 

@@ -10,6 +10,7 @@ ListView {
 
     activeFocusOnTab: true
     interactive: contentHeight > height
+    keyNavigationEnabled: true // also where nothing is to scroll
     clip: true
     Accessible.role: Accessible.List
 

@@ -13,7 +13,7 @@ Item {
     default property alias control: slot.data
 
     readonly property bool wide: width >= 600
-    readonly property real labelWidth: 215
+    readonly property real labelWidth: 190
 
     width: parent ? parent.width : 0
     height: (wide ? Math.max(slot.height, text.height) : text.height + 6 + slot.height) + 16
@@ -39,7 +39,7 @@ Item {
 
     FocusScope {
         id: slot
-        x: root.wide ? root.labelWidth + 25 : 10
+        x: root.wide ? root.labelWidth + 20 : 10
         y: root.wide ? (parent.height - height) / 2 : text.y + text.height + 6
         width: parent.width - x - 10
         height: childrenRect.height
