@@ -53,6 +53,8 @@ class KGlobalObject : public QObject
     Q_PROPERTY(int loopMode READ loopMode NOTIFY loopModeChanged)
     Q_PROPERTY(
         int playListIndex READ playListIndex WRITE setPlayListIndex NOTIFY playListIndexChanged)
+    // The report of the medium opened last.
+    Q_PROPERTY(QString videoLogMessage READ videoLogMessage NOTIFY videoLogMessageChanged)
 
 public:
     enum OutputDisplay { StandardDisplay = 0, Display3D = 1, SplitDisplay = 2 };
@@ -145,7 +147,7 @@ public:
     Q_INVOKABLE void setMediaLoader(QObject *loader);
     QObject *mediaLoader() const { return m_mediaLoader; }
     /// The player that the loader has chosen; null without one.
-    QObject *mediaPlayer() const;
+    Q_INVOKABLE QObject *mediaPlayer() const;
 
     Q_INVOKABLE void openFile(const QString &url, bool dragAndDrop = false);
     /// Texts become URLs: http, https, rtsp, udp and file schemes as they are, others are paths.
@@ -179,12 +181,27 @@ public:
 
     /// What the medium says about itself; prepares the view for it.
     Q_INVOKABLE QVariantMap readMetaData(const QVariant &url);
-    /// The same map as text for the debug panel.
-    Q_INVOKABLE QString logMetaData(const QVariant &url, const QVariantMap &metadata) const;
+    /// The same map as text for the debug panel and, kept here, for the software log.
+    Q_INVOKABLE QString logMetaData(const QVariant &url, const QVariantMap &metadata);
+    QString videoLogMessage() const { return m_videoLogMessage; }
 
     Q_INVOKABLE void startTimerNextImage();
     Q_INVOKABLE void pauseTimerNextImage();
     Q_INVOKABLE void resumeTimerNextImage();
+
+    // --- Settings window and popups ---------------------------------------------------------
+
+    /// Whether this run takes the user's own texts for libvlc.
+    Q_INVOKABLE bool isVlcCustom() const;
+    /// The texts for libvlc of @p kind "instance" or "media", separated by ",": the user's with
+    /// @p custom, else the default ones.
+    Q_INVOKABLE QString getVlcCmdInfos(bool custom, const QString &kind) const;
+    /// Stores and saves the user's texts of that kind.
+    Q_INVOKABLE void setVlcCustomCmd(const QString &kind, const QString &text);
+    /// The components in this build and their licences, as rich text.
+    Q_INVOKABLE QString aboutThirdParty() const;
+    /// Whether files can be made in a folder of this machine.
+    Q_INVOKABLE bool isWritableFolder(const QUrl &folder) const;
 
     Q_INVOKABLE void hideCursor();
     Q_INVOKABLE void restoreCursor();
@@ -225,6 +242,7 @@ signals:
     void playListIndexChanged();
     void playListChanged();
     void endOfPlaylistReached();
+    void videoLogMessageChanged();
 
 private slots:
     void imageTimeoutSetNext();
@@ -281,4 +299,5 @@ private:
     QMap<QUrl, QUrl> m_thumbMap;
     QMap<QUrl, QString> m_stereoMap;
     int m_loopMode = LoopList;
+    QString m_videoLogMessage;
 };

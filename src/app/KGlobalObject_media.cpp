@@ -288,9 +288,11 @@ QVariantMap KGlobalObject::readMetaData(const QVariant &url)
     return metadata;
 }
 
-QString KGlobalObject::logMetaData(const QVariant &url, const QVariantMap &metadata) const
+QString KGlobalObject::logMetaData(const QVariant &url, const QVariantMap &metadata)
 {
-    return MediaChoice::report(url, metadata);
+    m_videoLogMessage = MediaChoice::report(url, metadata);
+    emit videoLogMessageChanged();
+    return m_videoLogMessage;
 }
 
 void KGlobalObject::imageTimeoutSetNext()

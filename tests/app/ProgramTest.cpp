@@ -59,12 +59,42 @@ protected:
         desktop.xdotool({"mousemove", "--window", window, QString::number(x), QString::number(y)});
     }
 
+    void keys(const QStringList &names) const
+    {
+        // One call each: what a key opens must be there before the next one comes.
+        for (const QString &name : names) {
+            desktop.xdotool({"key", name});
+            QThread::msleep(150);
+        }
+    }
+
+    void openSettings()
+    {
+        desktop.xdotool({"windowactivate", "--sync", window});
+        keys({"ctrl+comma"});
+        QThread::msleep(500);
+    }
+
+    QVariant stored(const QString &key) const
+    {
+        return QSettings(settingsFile(), QSettings::IniFormat).value(key);
+    }
+
     QString settingsFile() const
     {
         return home.filePath(QStringLiteral(".config/Orvex/Orbilens Player 2.3.conf"));
     }
 
-    QByteArray output() { return player.readAll(); }
+    /// What the player said, but for where it would leave a dump.
+    QByteArray output()
+    {
+        QByteArray said;
+        for (const QByteArray &line : player.readAll().split('\n')) {
+            if (!line.isEmpty() && !line.startsWith("Crash dump path : "))
+                said += line + '\n';
+        }
+        return said;
+    }
 
     test::Desktop desktop;
     QTemporaryDir home;
@@ -171,6 +201,68 @@ TEST_F(Program, TakesTheProjectionFromTheStore)
             different += pictures[0].pixel(x, y) != pictures[1].pixel(x, y) ? 1 : 0;
     }
     EXPECT_GT(different, 5000);
+}
+
+TEST_F(Program, SettingsOfEveryCategoryAreThereAtTheNextStart)
+{
+    start({});
+    openSettings();
+    keys({"Tab", "Right", "shift+Tab"});                       // input type: cubemap
+    keys({"Down", "Tab", "Tab", "Tab", "Left"});               // hardware decoding: on
+    keys({"shift+Tab", "shift+Tab", "shift+Tab"});             // back to the categories
+    keys({"Down", "Tab", "Up", "Up", "shift+Tab"});            // audio delay: 2
+    keys({"Down", "Tab", "Right", "shift+Tab"});               // communication: master
+    keys({"Down", "Down", "Tab", "Tab", "Left", "shift+Tab"}); // shared memory: on
+    desktop.screenshot("settings-by-keys");
+    keys({"shift+Tab", "Up", "Up", "Up", "Up", "Up", "Escape"});
+    openSettings();
+    desktop.screenshot("settings-again");
+    EXPECT_EQ(close(), 0);
+    EXPECT_EQ(output(), QByteArray());
+
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(stored("application/input/projection").toInt(), 2);
+        EXPECT_TRUE(stored("vlc/hardwareDecoding").toBool());
+        EXPECT_EQ(stored("vlc/audioDelay").toInt(), 2);
+        EXPECT_EQ(stored("application/communication/state").toString(), "master");
+        EXPECT_TRUE(stored("application/advanced/sharedmemory").toBool());
+        if (run == 0) {
+            start({});
+            EXPECT_EQ(close(), 0);
+        }
+    }
+}
+
+TEST_F(Program, RestartsToApplyAndComesBackWithIt)
+{
+    start({});
+    openSettings();
+    keys({"Down", "Down", "Down", "Tab", "Right", "Right"}); // communication: slave
+    desktop.screenshot("restart-to-apply");
+    keys({"shift+Tab", "shift+Tab", "Return"});
+    ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+    EXPECT_EQ(player.exitCode(), 123456789 & 0xff);
+    EXPECT_EQ(stored("application/communication/state").toString(), "slave");
+
+    // The next program is nobody's child; a slave listens on its port.
+    QString next;
+    ASSERT_TRUE(eventually([&] {
+        next = desktop.xdotool({"search", "--onlyvisible", "--name", "^Orbilens Player"});
+        return !next.isEmpty();
+    }));
+    EXPECT_TRUE(eventually([] {
+        QByteArray sockets;
+        for (const char *table : {"/proc/net/udp", "/proc/net/udp6"}) {
+            QFile file(table);
+            if (file.open(QIODevice::ReadOnly))
+                sockets += file.readAll();
+        }
+        return sockets.contains(":1E4B "); // 7755
+    }));
+    const QString pid = desktop.xdotool({"getwindowpid", next});
+    desktop.xdotool({"windowactivate", "--sync", next, "key", "alt+F4"});
+    EXPECT_TRUE(eventually([&] { return !QFile::exists("/proc/" + pid); }));
+    EXPECT_EQ(stored("application/communication/state").toString(), "slave");
 }
 
 TEST_F(Program, AKilledRunSavesNothing)

@@ -1,14 +1,99 @@
+// Runs every tst_*.qml of this folder in engines that see what the program's engine sees: its
+// resources, plug-ins and enums, real settings, and small stand-ins for the objects that a test
+// has to watch. A warning of an engine fails the run, whichever test was under way, but for those
+// of "Missing.qml", which tests name where they need a file that does not load.
+
+#include "net/KUdpSocket.h"
+#include "render/KShaderCodeBuilder.h"
 #include "resources/SceneResources.h"
+#include "settings/KSettings.h"
 #include "support/IsolatedHome.h"
+#include "video/KVideoPlugin.h"
 
 #include <QApplication>
-#include <QtQuickTest>
+#include <QDir>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QtQuickTest/quicktest.h>
+
+#include <cstdio>
+
+namespace {
+
+const QString kTests = QStringLiteral(ORBILENS_SOURCE_DIR "/tests/resources");
+
+/// Quick Test makes an engine for each file and hands it out here.
+class Setup : public QObject
+{
+    Q_OBJECT
+
+public:
+    int warnings() const { return m_warnings; }
+
+public slots:
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        engine->addImportPath(QStringLiteral(":/"));
+        engine->addImportPath(QStringLiteral("qrc:/QmlLib"));
+        engine->addPluginPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
+        connect(engine, &QQmlEngine::warnings, this,
+                [this](const QList<QQmlError> &errors) { m_warnings += errors.size(); });
+
+        auto *settings = new KSettings(QStringLiteral("panels"), engine);
+        settings->load();
+        QQmlContext *context = engine->rootContext();
+        context->setContextProperty(QStringLiteral("kSettings"), settings);
+        context->setContextProperty(QStringLiteral("kVideoPlugin"),
+                                    new KVideoPlugin(settings->settingsManager(), {}, engine));
+        context->setContextProperty(QStringLiteral("kAnalyticsManager"), this);
+        context->setContextProperty(QStringLiteral("screenshotFolder"), screenshots());
+        for (const char *device : {"kHmdDevice", "kLeap", "kRealSense", "kSensor"})
+            context->setContextProperty(QLatin1String(device), nullptr);
+        publish(context, "kGlobalObject", "FakeGlobalObject");
+        publish(context, "kView", "FakeView");
+    }
+
+private:
+    static void publish(QQmlContext *context, const char *name, const char *file)
+    {
+        QQmlComponent component(
+            context->engine(),
+            QUrl::fromLocalFile(
+                QStringLiteral("%1/panels/%2.qml").arg(kTests, QLatin1String(file))));
+        QObject *object = component.create(context);
+        object->setParent(context->engine());
+        context->setContextProperty(QLatin1String(name), object);
+    }
+
+    static QString screenshots()
+    {
+        const QString folder = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots");
+        QDir().mkpath(folder);
+        return folder;
+    }
+
+    int m_warnings = 0;
+};
+
+} // namespace
 
 int main(int argc, char **argv)
 {
     test::IsolatedHome home;
     QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
     QApplication application(argc, argv);
+    const char *const uri = "Orbilens";
+    const QString enumsOnly = QStringLiteral("Enums only");
+    qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
+    qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
     initSceneResources();
-    return quick_test_main(argc, argv, "scene", QUICK_TEST_SOURCE_DIR);
+    Setup setup;
+    const int failures =
+        quick_test_main_with_setup(argc, argv, "scene", qPrintable(kTests), &setup);
+    if (setup.warnings() > 0)
+        std::fprintf(stderr, "%d warnings of QML engines, see above\n", setup.warnings());
+    return failures + setup.warnings();
 }
+
+#include "SceneQmlTestMain.moc"

@@ -19,16 +19,19 @@ FocusScope {
             name: "Video"
             PropertyChanges { target: k_videoArea; state: "On" }
             PropertyChanges { target: k_popup; state: "Off" }
+            PropertyChanges { target: k_settingsWindow; state: "Off" }
         },
         State {
             name: "Popup"
             PropertyChanges { target: k_videoArea; state: "Off" }
             PropertyChanges { target: k_popup; state: "On" }
+            PropertyChanges { target: k_settingsWindow; state: "Off" }
         },
         State {
             name: "Settings"
             PropertyChanges { target: k_videoArea; state: "Off" }
             PropertyChanges { target: k_popup; state: "Off" }
+            PropertyChanges { target: k_settingsWindow; state: "On" }
         }
     ]
 
@@ -61,7 +64,7 @@ FocusScope {
     Keys.onReleased: onKeyReleased(event)
 
     Component.onCompleted: {
-        var layers = [k_videoArea, k_bar, k_popup, k_mediaLoader]
+        var layers = [k_videoArea, k_bar, k_popup, k_settingsWindow, k_mediaLoader]
         for (var i = 0; i < layers.length; ++i)
             layers[i].changeRootState.connect(changeState)
         kView.displayPopup.connect(onDisplayPopup)
@@ -110,6 +113,10 @@ FocusScope {
             anchors.fill: parent
             focus: true
             mediaPlayer: k_mediaLoader.mediaPlayer
+            onChangeRootState: {
+                if (menuCategory === "video")
+                    k_settingsWindow.gotoVideoCategory()
+            }
             onClicked: {
                 if (kGlobalObject.touchTable)
                     k_bar.mouseIsInTriggerArea = !k_bar.mouseIsInTriggerArea
@@ -147,8 +154,19 @@ FocusScope {
             }
         }
 
+        K_SettingsWindow {
+            id: k_settingsWindow
+            objectName: "k_settingsWindow"
+            anchors.fill: parent
+            onRestartPlayback: {
+                if (k_mediaLoader.mediaPlayer.restart)
+                    k_mediaLoader.mediaPlayer.restart()
+            }
+        }
+
         K_Popup {
             id: k_popup
+            objectName: "k_popup"
             anchors.fill: parent
         }
 

@@ -1,0 +1,47 @@
+import QtQuick 2.15
+import com.vedra.kontrols 1.0
+
+// A label and its control, beside each other where there is room.
+Item {
+    id: root
+
+    property string label
+    property string hint
+    readonly property bool pointed: hover.hovered
+    readonly property bool focused: slot.activeFocus
+
+    default property alias control: slot.data
+
+    readonly property bool wide: width >= 600
+    readonly property real labelWidth: 190
+
+    width: parent ? parent.width : 0
+    height: (wide ? Math.max(slot.height, text.height) : text.height + 6 + slot.height) + 16
+
+    HoverHandler { id: hover }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 2
+        color: Qt.rgba(1, 1, 1, root.pointed ? 0.04 : 0)
+        Behavior on color { ColorAnimation { duration: 120 } }
+    }
+
+    Label {
+        id: text
+        x: 10
+        y: root.wide ? Math.max(8, Math.min(15, (parent.height - height) / 2)) : 8
+        width: root.wide ? root.labelWidth : parent.width - 20
+        text: root.label
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+
+    FocusScope {
+        id: slot
+        x: root.wide ? root.labelWidth + 20 : 10
+        y: root.wide ? (parent.height - height) / 2 : text.y + text.height + 6
+        width: parent.width - x - 10
+        height: childrenRect.height
+    }
+}
