@@ -10,7 +10,7 @@ set(ORBILENS_NOTICE_OF_LINKED
   "^OpenMP::" "GNU OpenMP"
   "^PkgConfig::.*[Rr][Aa][Ww]" "LibRaw"
   "^PkgConfig::.*[Vv][Ii][Pp][Ss]" "libvips"
-  "[Ee]xiv2" "Exiv2"
+  "[Ee][Xx][Ii][Vv]2" "Exiv2"
   "[Bb]reakpad" "Breakpad"
   "^(Threads::Threads|dl|rt|pthread|m|-l.*|d3d9|dxva2|opengl32|gdi32|advapi32|user32|kernel32|version|ole32|uuid)$" "")
 
