@@ -48,8 +48,12 @@ protected:
     /// Ends the player as a person does; returns its exit status.
     int close()
     {
-        desktop.xdotool({"windowactivate", "--sync", window, "key", "alt+F4"});
-        if (!player.waitForFinished(kPatienceMs))
+        // A busy machine may still be putting the window up when the first key comes.
+        for (int i = 0; i < 3 && player.state() != QProcess::NotRunning; ++i) {
+            desktop.xdotool({"windowactivate", "--sync", window, "key", "alt+F4"});
+            player.waitForFinished(kPatienceMs / 3);
+        }
+        if (player.state() != QProcess::NotRunning)
             return -1;
         return player.exitStatus() == QProcess::NormalExit ? player.exitCode() : -1;
     }
@@ -68,11 +72,19 @@ protected:
         }
     }
 
+    /// Opens the settings by their key and waits until the mark of the category shows.
     void openSettings()
     {
-        desktop.xdotool({"windowactivate", "--sync", window});
-        keys({"ctrl+comma"});
-        QThread::msleep(500);
+        ASSERT_TRUE(eventually([this] {
+            desktop.xdotool({"windowactivate", "--sync", window, "key", "ctrl+comma"});
+            const QImage image = desktop.screenshot("settings");
+            int marked = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    marked += image.pixel(x, y) == qRgb(0x00, 0xa2, 0xdd) ? 1 : 0;
+            }
+            return marked >= 4 * 30;
+        }));
     }
 
     QVariant stored(const QString &key) const

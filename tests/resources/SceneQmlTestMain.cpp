@@ -37,8 +37,10 @@ public slots:
         engine->addImportPath(QStringLiteral(":/"));
         engine->addImportPath(QStringLiteral("qrc:/QmlLib"));
         engine->addPluginPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
-        connect(engine, &QQmlEngine::warnings, this,
-                [this](const QList<QQmlError> &errors) { m_warnings += errors.size(); });
+        connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &errors) {
+            for (const QQmlError &error : errors)
+                m_warnings += error.toString().contains(QLatin1String("Missing.qml")) ? 0 : 1;
+        });
 
         auto *settings = new KSettings(QStringLiteral("panels"), engine);
         settings->load();
