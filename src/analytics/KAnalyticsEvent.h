@@ -22,7 +22,8 @@ class KAnalyticsEvent : public QObject
     Q_PROPERTY(QVariant value READ value WRITE setValue NOTIFY valueChanged)
 
 public:
-    enum EventType { EventAction = 0, EventDuration = 1, EventCounter = 2 };
+    // With a fixed type, as numbers from elsewhere get in.
+    enum EventType : int { EventAction = 0, EventDuration = 1, EventCounter = 2 };
     Q_ENUM(EventType)
 
     /// An action at this moment.

@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QNetworkAccessManager>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QTimer>
 
 namespace {
 
@@ -119,7 +121,12 @@ TEST_F(UsageReportTest, WithdrawnConsentSendsTheClosingBatchOnly)
     run.report.sendDevices(true, true, Consent::Refused);
     test::settle();
     EXPECT_TRUE(run.server.requests.isEmpty());
-    run.report.end(Consent::Refused);
+    // As in the program, after the event loop has ended.
+    QObject scope;
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &scope,
+                     [&run] { run.report.end(Consent::Refused); });
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
     EXPECT_EQ(run.arrived(), QStringList({"DISABLE STATS", "EXECUTION TIME"}));
     EXPECT_EQ(run.server.requests.size(), 4);
 }
