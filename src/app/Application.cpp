@@ -6,6 +6,7 @@
 #include "app/KDisplay.h"
 #include "app/KDropArea.h"
 #include "app/KGlobalObject.h"
+#include "app/KImageProvider.h"
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
@@ -115,6 +116,7 @@ void Application::init()
     connect(m_videoPlugin.get(), &KVideoPlugin::displayMessage, m_view.get(),
             &KQQuickView::displayMessage);
     m_view->engine()->addImportPath(QStringLiteral(":/"));
+    provideStills();
 
     m_display = std::make_unique<KDisplay>();
     makeTextureProvider();
@@ -227,6 +229,14 @@ void Application::makeTextureProvider()
     auto manager = std::make_unique<SharedMemoryManager>(this);
     m_sharedMemoryManager = manager.get();
     m_textureProvider->setFrameSource(std::move(manager));
+}
+
+void Application::provideStills()
+{
+    KSRFromKSettingsManager reader(m_settings->settingsManager());
+    auto provider = std::make_unique<KImageProvider>();
+    provider->setOptions(ImageOptions::read(reader));
+    m_view->engine()->addImageProvider(KImageProvider::Name(), provider.release());
 }
 
 void Application::initRenderer()

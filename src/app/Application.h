@@ -119,6 +119,7 @@ private slots:
 private:
     void parseArguments();
     void chooseVideoBackend();
+    void provideStills();
     void makeTextureProvider();
     void registerQmlTypes();
     void publishContextProperties();

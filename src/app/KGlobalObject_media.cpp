@@ -3,6 +3,7 @@
 
 #include "app/KGlobalObject.h"
 
+#include "KImage/ImageFormats.h"
 #include "app/Application.h"
 #include "app/MediaChoice.h"
 #include "app/MovieMetadata.h"
@@ -15,7 +16,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QImageReader>
 #include <QLoggingCategory>
 
 Q_LOGGING_CATEGORY(playlistLog, "playlist")
@@ -193,7 +193,7 @@ QString KGlobalObject::getStereoConfig(const QUrl &medium) const
 
 bool KGlobalObject::isImageFile(const QUrl &url) const
 {
-    return QImageReader::supportedImageFormats().contains(MediaChoice::suffix(url).toLatin1());
+    return ImageFormats::pictureSuffixes().contains(MediaChoice::suffix(url));
 }
 
 int KGlobalObject::isVideoFile(const QUrl &url) const
@@ -204,14 +204,7 @@ int KGlobalObject::isVideoFile(const QUrl &url) const
     return suffix == QLatin1String("yuv") ? RawVideo : NoVideo;
 }
 
-QStringList KGlobalObject::getSupportedImageFormats() const
-{
-    QStringList formats;
-    const QList<QByteArray> known = QImageReader::supportedImageFormats();
-    for (const QByteArray &format : known)
-        formats.append(QString::fromLatin1(format));
-    return formats;
-}
+QStringList KGlobalObject::getSupportedImageFormats() const { return ImageFormats::pictureSuffixes(); }
 
 QStringList KGlobalObject::getSupportedVideoFormats() const
 {

@@ -64,7 +64,8 @@ Item {
         id: image
         // Before the driver's limit is known a picture could come out too large for a texture.
         readonly property size limit: kView.maxTextureSize
-        source: limit.width > 0 ? root.mediaSource : ""
+        source: limit.width > 0 && root.mediaSource.toString() !== ""
+            ? "image://still/" + encodeURIComponent(root.mediaSource) : ""
         sourceSize: limit.width > 0
             ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)
             : undefined
