@@ -165,10 +165,6 @@ void Application::collectInfos()
 {
     if (!m_usageReport)
         return;
-    const auto setting = [this](const char *key) {
-        return m_settings->get(QLatin1String(key)).toString();
-    };
-    const QString udp = option(QStringLiteral("udp")).toString();
     UsageReport::Start start;
     start.videoBackend =
         option(QStringLiteral("customvlc")).toBool()
@@ -176,7 +172,7 @@ void Application::collectInfos()
             : m_settings->settingsManager()->GetString(QStringLiteral("application/videoPlugin"),
                                                        QStringLiteral("vlc"));
     start.adobePlugin = option(QStringLiteral("adobeplugin")).toBool();
-    start.communicationState = udp.isEmpty() ? setting("application/communication/state") : udp;
+    start.communicationState = m_udpSocket->role();
     start.realSense = isAvailable("kRealSense");
     start.sensor = isAvailable("kSensor");
     m_usageReport->sendStart(start);
