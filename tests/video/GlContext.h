@@ -1,10 +1,11 @@
 #pragma once
 
-// A GL context of its own for one test, current on a surface without a window.
+// A GL context of its own for one test, current on a surface without a window and in the share
+// group of all windows.
 
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
-#include <QOpenGLFunctions>
+#include <QOpenGLFunctions_2_1>
 
 #include <gtest/gtest.h>
 
@@ -16,19 +17,23 @@ public:
     GlContext()
     {
         m_surface.create();
-        EXPECT_TRUE(m_context.create());
-        EXPECT_TRUE(m_context.makeCurrent(&m_surface));
+        m_context.setShareContext(QOpenGLContext::globalShareContext());
+        EXPECT_TRUE(m_context.create() && m_context.makeCurrent(&m_surface));
     }
     ~GlContext() { m_context.doneCurrent(); }
 
-    QOpenGLContext &context() { return m_context; }
-    QOpenGLFunctions *gl() { return m_context.functions(); }
+    QOpenGLFunctions_2_1 *operator->() { return version<QOpenGLFunctions_2_1>(); }
+    /// The context's functions of one version.
+    template <class Functions>
+    Functions *version()
+    {
+        auto *functions = m_context.versionFunctions<Functions>();
+        EXPECT_TRUE(functions && functions->initializeOpenGLFunctions());
+        return functions;
+    }
     void setCurrent(bool current)
     {
-        if (current)
-            m_context.makeCurrent(&m_surface);
-        else
-            m_context.doneCurrent();
+        current ? void(m_context.makeCurrent(&m_surface)) : m_context.doneCurrent();
     }
 
 private:

@@ -7,15 +7,12 @@
 #include <gmock/gmock.h>
 
 #include <QOpenGLFunctions_2_1>
-#include <QSignalSpy>
 
 #include <algorithm>
 
 using test::PlayerWindow;
-using ::testing::AllOf;
+using test::waitUntil;
 using ::testing::ElementsAre;
-using ::testing::Ge;
-using ::testing::Le;
 
 namespace {
 
@@ -45,15 +42,14 @@ TEST(Playback, RunsEachCodecFromOpeningToTheEnd)
     std::vector<std::unique_ptr<PlayerWindow>> windows;
     for (const auto &row : rows) {
         windows.push_back(std::make_unique<PlayerWindow>());
-        windows.back()->player().openFile(test::clip(QString::fromUtf8(row.clip)));
+        windows.back()->player().openFile(test::clip(row.clip));
     }
     for (std::size_t i = 0; i < windows.size(); ++i) {
         PlayerWindow &window = *windows[i];
         SCOPED_TRACE(rows[i].clip);
         ASSERT_TRUE(window.wait(State::Ended));
         EXPECT_THAT(window.states, ElementsAre(State::Opening, State::Playing, State::Ended));
-        ASSERT_FALSE(window.durations.isEmpty());
-        EXPECT_NEAR(window.durations.last(), rows[i].milliseconds, 50);
+        EXPECT_NEAR(window.durations.value(window.durations.size() - 1), rows[i].milliseconds, 50);
         ASSERT_FALSE(window.positions.isEmpty());
         EXPECT_TRUE(std::is_sorted(window.positions.begin(), window.positions.end()));
         EXPECT_LE(window.positions.last(), rows[i].milliseconds);
@@ -62,7 +58,7 @@ TEST(Playback, RunsEachCodecFromOpeningToTheEnd)
         EXPECT_TRUE(window.errors.isEmpty());
         // libvlc drops pictures when the machine is slow, and shows a last one twice.
         const auto pictures = window.textures.size() - window.textures.count(0);
-        EXPECT_THAT(pictures, AllOf(Ge(2), Le(rows[i].frames + 2)));
+        EXPECT_TRUE(pictures >= 2 && pictures <= rows[i].frames + 2) << pictures;
         EXPECT_GT(window.player().fps(), 0);
     }
 }
@@ -70,26 +66,27 @@ TEST(Playback, RunsEachCodecFromOpeningToTheEnd)
 TEST(Playback, WithholdsTheFirstPictureOfAMedia)
 {
     PlayerWindow window;
-    EXPECT_EQ(window.player().textureTransfer(), QStringLiteral("\n"));
-    EXPECT_EQ(window.player().texturePixelFormat(), QString());
+    KVlcPlayerQml &player = window.player();
+    player.openFile({});
+    player.restart();
+    EXPECT_TRUE(window.textures.isEmpty()) << "an empty url does nothing";
+    EXPECT_EQ(player.textureTransfer(), QStringLiteral("\n"));
     // The clip is red at first and blue from its second picture on; red and blue are exchanged.
     std::array<std::uint8_t, 64 * 32 * 4> shown{};
-    QObject::connect(
-        &window.player(), &KVlcPlayerQml::textureIdChanged, &window.player(),
-        [&] {
-            QOpenGLContext *videoThreads = QOpenGLContext::currentContext();
-            if (window.player().textureId() == 0 || shown[3] != 0 || !videoThreads)
-                return;
-            auto *gl = videoThreads->versionFunctions<QOpenGLFunctions_2_1>();
-            gl->initializeOpenGLFunctions();
-            gl->glBindTexture(GL_TEXTURE_2D, GLuint(window.player().textureId()));
-            gl->glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, shown.data());
-        },
-        Qt::DirectConnection);
-    window.player().openFile(test::clip(QStringLiteral("first_red.mov")));
+    const auto readOnce = [&] {
+        QOpenGLContext *videoThreads = QOpenGLContext::currentContext();
+        if (player.textureId() == 0 || shown[3] != 0 || !videoThreads)
+            return;
+        auto *gl = videoThreads->versionFunctions<QOpenGLFunctions_2_1>();
+        gl->initializeOpenGLFunctions();
+        gl->glBindTexture(GL_TEXTURE_2D, GLuint(player.textureId()));
+        gl->glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, shown.data());
+    };
+    QObject::connect(&player, &KVlcPlayerQml::textureIdChanged, &player, readOnce,
+                     Qt::DirectConnection);
+    player.openFile(test::clip("first_red.mov"));
     ASSERT_TRUE(window.wait(State::Ended));
-    window.player().stop();
-    EXPECT_EQ(window.player().texturePixelFormat(), QStringLiteral("J420"));
+    player.stop();
     EXPECT_GT(shown[0], 200);
     EXPECT_LT(shown[2], 50);
 }
@@ -99,69 +96,50 @@ TEST(Playback, SeeksPausesStopsAndRestarts)
     PlayerWindow window;
     KVlcPlayerQml &player = window.player();
     player.setVolume(0.25F);
-    ASSERT_TRUE(window.openAndShow(test::clip(QStringLiteral("long.mp4"))));
+    ASSERT_TRUE(window.openAndShow(test::clip("long.mp4")));
     EXPECT_FLOAT_EQ(player.volume(), 0.25F);
-
-    window.positions.clear();
     player.seek(10000);
-    EXPECT_TRUE(test::waitUntil([&] {
-        return !window.positions.isEmpty() && window.positions.last() >= 9000 &&
-               window.positions.last() < 13000;
-    }));
+    EXPECT_TRUE(waitUntil([&] { return window.lastPosition() >= 9000; }));
+    EXPECT_LT(window.lastPosition(), 13000);
 
     player.pause();
     ASSERT_TRUE(window.wait(State::Paused));
-    test::passTime(100);
-    window.positions.clear();
+    QTest::qWait(100);
+    window.forget();
     player.seek(4000);
     EXPECT_THAT(window.positions, ElementsAre(4000)) << "no time event comes while paused";
-
-    window.forget();
-    player.play();
-    ASSERT_TRUE(window.wait(State::Playing));
-    EXPECT_TRUE(test::waitUntil([&] { return !window.positions.isEmpty(); }));
-    EXPECT_GE(window.positions.first(), 3000);
-
-    window.forget();
     player.stop();
     ASSERT_TRUE(window.wait(State::Stopped));
     EXPECT_EQ(player.textureId(), 0);
     EXPECT_EQ(player.textureTransfer(), QStringLiteral("\n"));
-
-    window.forget();
-    player.restart();
-    ASSERT_TRUE(window.wait(State::Playing));
-    EXPECT_TRUE(test::waitUntil([&] { return player.textureId() != 0; }));
-    EXPECT_FLOAT_EQ(player.volume(), 0.25F);
-    window.forget();
-    player.restart();
-    EXPECT_EQ(player.textureId(), 0);
-    EXPECT_TRUE(test::waitUntil([&] { return player.textureId() != 0; }));
-    EXPECT_THAT(window.states, ElementsAre(State::Opening, State::Playing));
-    player.updateAudioDelay();
+    for (int i = 0; i < 2; ++i) {
+        window.forget();
+        player.restart();
+        EXPECT_EQ(player.textureId(), 0);
+        EXPECT_TRUE(waitUntil([&] { return player.textureId() != 0; }));
+        EXPECT_THAT(window.states, ElementsAre(State::Opening, State::Playing));
+        EXPECT_FLOAT_EQ(player.volume(), 0.25F);
+    }
 }
 
 TEST(Playback, ChangesSourceFiftyTimesWithoutLeavingAnythingBehind)
 {
     const test::WarningGuard quiet;
     PlayerWindow window;
-    const auto round = [&](const char *clip) {
-        ASSERT_TRUE(window.openAndShow(test::clip(QString::fromUtf8(clip)))) << clip;
-    };
     const auto settled = [&] {
         window.player().stop();
-        test::passTime(300);
+        QTest::qWait(300);
         return test::liveGlObjects();
     };
-    round("long.mp4");
+    ASSERT_TRUE(window.openAndShow(test::clip("long.mp4")));
     const auto objects = settled();
     const int threads = test::threadCount();
     const char *const clips[] = {"long.mp4", "other.mp4", "patches_full.mov"};
     for (int i = 0; i < 50; ++i) {
-        round(clips[i % 3]);
+        ASSERT_TRUE(window.openAndShow(test::clip(clips[i % 3]))) << i;
         // Some media are left while their first pictures are still under way.
         if (i % 5 == 0)
-            window.player().openFile(test::clip(QStringLiteral("other.mp4")));
+            window.player().openFile(test::clip("other.mp4"));
     }
     EXPECT_EQ(settled(), objects);
     EXPECT_LE(test::threadCount(), threads + 2);
@@ -171,61 +149,38 @@ TEST(Playback, QuitsAtAnyMoment)
 {
     const test::WarningGuard quiet;
     const auto objects = test::liveGlObjects();
-    for (int i = 0; i < 20; ++i) {
-        PlayerWindow window;
-        window.player().openFile(test::clip(QStringLiteral("long.mp4")));
-        test::passTime(i * 5);
+    for (int i = 0; i < 22; ++i) {
+        // The last two are never drawn: the video thread waits for a surface that does not come.
+        PlayerWindow window(i < 20 ? PlayerWindow::Shown::Yes : PlayerWindow::Shown::Never);
+        window.player().openFile(test::clip("long.mp4"));
+        QTest::qWait(i * 5);
+        if (i == 21) {
+            QTest::qWait(300);
+            window.player().openFile(test::clip("other.mp4"));
+            QTest::qWait(300);
+        }
     }
-    {
-        // Never drawn: the video thread waits for a surface that does not come.
-        PlayerWindow window(PlayerWindow::Shown::Never);
-        window.player().openFile(test::clip(QStringLiteral("long.mp4")));
-        test::passTime(300);
-        window.player().openFile(test::clip(QStringLiteral("other.mp4")));
-        test::passTime(300);
-    }
-    test::passTime(300);
+    QTest::qWait(300);
     EXPECT_EQ(test::liveGlObjects(), objects);
 }
 
 TEST(Playback, ReportsBadInputAndPlaysTheNextFile)
 {
-    const struct
-    {
-        QString input;
-        State last;
-        bool message;
-    } rows[] = {
-        {QStringLiteral("truncated.mp4"), State::Ended, false},
-        {QStringLiteral("truncated.ts"), State::Ended, false},
-        {QStringLiteral("resized.ts"), State::Ended, false},
-        {QStringLiteral("sound.mp4"), State::Ended, false},
-        {QStringLiteral("empty.mp4"), State::Error, true},
-        {QStringLiteral("text.mp4"), State::Ended, false},
-        {QStringLiteral("missing.mp4"), State::Error, true},
-        {QStringLiteral("http://127.0.0.1:9/refused.mp4"), State::Error, true},
+    const std::pair<const char *, State> rows[] = {
+        {"truncated.mp4", State::Ended}, {"truncated.ts", State::Ended},
+        {"resized.ts", State::Ended},    {"sound.mp4", State::Ended},
+        {"text.mp4", State::Ended},      {"empty.mp4", State::Error},
+        {"missing.mp4", State::Error},   {"http://127.0.0.1:9/refused.mp4", State::Error},
     };
     PlayerWindow window;
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.input.toStdString());
+    for (const auto &[input, last] : rows) {
+        SCOPED_TRACE(input);
         window.forget();
-        const bool remote = row.input.startsWith(QLatin1String("http"));
-        window.player().openFile(remote ? QUrl(row.input) : test::clip(row.input));
-        EXPECT_TRUE(window.wait(row.last));
-        EXPECT_EQ(!window.errors.isEmpty(), row.message);
-        EXPECT_FALSE(window.errors.contains(QString()));
-        EXPECT_TRUE(window.openAndShow(test::clip(QStringLiteral("long.mp4"))));
+        window.player().openFile(test::clip(input));
+        EXPECT_TRUE(window.wait(last));
+        EXPECT_EQ(window.errors.join(QString()).isEmpty(), last != State::Error);
+        EXPECT_TRUE(window.openAndShow(test::clip("long.mp4")));
     }
-}
-
-TEST(Playback, LeavesSourceAndSignalsAloneForAnEmptyUrl)
-{
-    PlayerWindow window;
-    QSignalSpy source(&window.player(), &KVlcPlayerQml::sourceChanged);
-    window.player().openFile({});
-    window.player().restart();
-    EXPECT_EQ(source.count(), 0);
-    EXPECT_TRUE(window.textures.isEmpty());
 }
 
 TEST(Playback, ResizesToThePictureAndPaintsItUpright)
@@ -233,11 +188,11 @@ TEST(Playback, ResizesToThePictureAndPaintsItUpright)
     PlayerWindow window;
     window.player().setNativeSize(true);
     window.player().setPaintTexture(true);
-    ASSERT_TRUE(window.openAndShow(test::clip(QStringLiteral("upright.mp4"))));
-    EXPECT_TRUE(test::waitUntil([&] { return window.player().width() == 160; }));
+    ASSERT_TRUE(window.openAndShow(test::clip("upright.mp4")));
+    EXPECT_TRUE(waitUntil([&] { return window.player().width() == 160; }));
     window.player().pause();
     ASSERT_TRUE(window.wait(State::Paused));
-    test::passTime(100);
+    QTest::qWait(100);
     const QImage image = window.view().grabWindow();
     // Red above blue, with red and blue in their places again.
     EXPECT_GT(qRed(image.pixel(80, 20)), 150);
@@ -258,13 +213,10 @@ TEST(Playback, StaysIdleAndSaysSoWithoutAnInstance)
         EXPECT_EQ(guard.take(),
                   QStringList{QStringLiteral("ERROR : cannot init VLC player instance.")});
         KVlcPlayerQml &player = window.player();
-        player.openFile(test::clip(QStringLiteral("h264.mp4")));
-        player.play();
-        player.pause();
+        player.openFile(test::clip("h264.mp4"));
         player.seek(100);
         player.setVolume(1);
         player.updateAudioDelay();
-        player.restart();
         player.stop();
         EXPECT_EQ(player.volume(), 0);
         EXPECT_TRUE(vlcAudioDevices().isEmpty());
@@ -273,11 +225,12 @@ TEST(Playback, StaysIdleAndSaysSoWithoutAnInstance)
     // Custom arguments that libvlc takes; an empty one among them counts.
     config.customInstanceArguments = QStringLiteral("--quiet,,--intf=dummy");
     config.customMediaOptions = QStringLiteral(":start-time=1,,");
+    config.audioDelay = 100;
     releaseVlcInstance();
     {
         PlayerWindow window;
-        EXPECT_TRUE(window.openAndShow(test::clip(QStringLiteral("long.mp4"))));
-        EXPECT_TRUE(test::waitUntil([&] { return !window.positions.isEmpty(); }));
+        EXPECT_TRUE(window.openAndShow(test::clip("long.mp4")));
+        EXPECT_TRUE(waitUntil([&] { return window.lastPosition() > 0; }));
         EXPECT_GE(window.positions.first(), 900);
     }
     VlcConfig::publish(nullptr);

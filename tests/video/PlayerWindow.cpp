@@ -1,71 +1,30 @@
 #include "video/PlayerWindow.h"
 
+#include "video/GlContext.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QOpenGLFunctions_2_1>
 #include <QProcess>
 #include <QQmlComponent>
 #include <QQuickItem>
-#include <QTest>
 
 namespace test {
 
-namespace {
-
-/// A context of the share group, current for the lifetime of the object.
-class SharedContext
-{
-public:
-    SharedContext()
-    {
-        m_surface.create();
-        m_context.setShareContext(QOpenGLContext::globalShareContext());
-        EXPECT_TRUE(m_context.create() && m_context.makeCurrent(&m_surface));
-        m_gl = m_context.versionFunctions<QOpenGLFunctions_2_1>();
-        m_gl->initializeOpenGLFunctions();
-    }
-    ~SharedContext() { m_context.doneCurrent(); }
-
-    QOpenGLFunctions_2_1 *operator->() { return m_gl; }
-
-private:
-    QOffscreenSurface m_surface;
-    QOpenGLContext m_context;
-    QOpenGLFunctions_2_1 *m_gl = nullptr;
-};
-
-} // namespace
-
-QUrl clip(const QString &name)
+QUrl clip(const char *name)
 {
     const QString folder = QStringLiteral(ORBILENS_BINARY_DIR "/tests/video/clips");
     static const int result = QProcess::execute(
         QStringLiteral(ORBILENS_SOURCE_DIR "/tests/video/make-clips.sh"), {folder});
     EXPECT_EQ(result, 0) << "the clips could not be made";
-    return QUrl::fromLocalFile(folder + QLatin1Char('/') + name);
-}
-
-bool waitUntil(const std::function<bool()> &condition, int milliseconds)
-{
-    return QTest::qWaitFor(condition, milliseconds);
-}
-
-void passTime(int milliseconds)
-{
-    QTest::qWait(milliseconds);
-}
-
-std::array<int, 3> Picture::at(int x, int y) const
-{
-    const std::uint8_t *pixel = &bytes[std::size_t(y * size.width() + x) * 4];
-    return {pixel[0], pixel[1], pixel[2]};
+    if (!qstrncmp(name, "http", 4))
+        return QUrl(QString::fromUtf8(name));
+    return QUrl::fromLocalFile(folder + QLatin1Char('/') + QString::fromUtf8(name));
 }
 
 Picture readTexture(int textureId)
 {
-    SharedContext gl;
+    GlContext gl;
     GLint width = 0;
     GLint height = 0;
     gl->glBindTexture(GL_TEXTURE_2D, GLuint(textureId));
@@ -79,7 +38,7 @@ Picture readTexture(int textureId)
 
 std::array<int, 4> liveGlObjects()
 {
-    SharedContext gl;
+    GlContext gl;
     std::array<int, 4> alive{};
     constexpr GLuint kHighestName = 20000;
     for (GLuint name = 1; name < kHighestName; ++name) {
@@ -123,8 +82,6 @@ PlayerWindow::PlayerWindow(Shown shown)
     m_view.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_view));
 }
-
-PlayerWindow::~PlayerWindow() = default;
 
 bool PlayerWindow::openAndShow(const QUrl &url)
 {

@@ -4,32 +4,28 @@
 
 #include "video/KVlcPlayerQml.h"
 
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
 #include <QQuickView>
+#include <QTest>
 
-#include <functional>
-#include <memory>
 #include <vector>
 
 namespace test {
 
-/// A clip of make-clips.sh, which runs at the first call.
-QUrl clip(const QString &name);
+/// A clip of make-clips.sh, which runs at the first call; a web address stays one.
+QUrl clip(const char *name);
 
-/// Lets events pass until @p condition holds; false after @p milliseconds.
-bool waitUntil(const std::function<bool()> &condition, int milliseconds = 15000);
-
-/// Lets events pass.
-void passTime(int milliseconds);
+/// Lets events pass until @p condition holds; false when that takes too long.
+template <class Condition>
+bool waitUntil(const Condition &condition)
+{
+    return QTest::qWaitFor(condition, 15000);
+}
 
 /// RGBA bytes of a texture in the share group of all windows, its first row first.
 struct Picture
 {
     QSize size;
     std::vector<std::uint8_t> bytes;
-
-    std::array<int, 3> at(int x, int y) const;
 };
 Picture readTexture(int textureId);
 
@@ -45,7 +41,6 @@ public:
     enum class Shown { Yes, Never };
 
     explicit PlayerWindow(Shown shown = Shown::Yes);
-    ~PlayerWindow();
 
     KVlcPlayerQml &player() { return *m_player; }
     QQuickView &view() { return m_view; }
@@ -54,6 +49,7 @@ public:
     bool openAndShow(const QUrl &url);
     bool reached(KVlcPlayerQml::VlcState state) const { return states.contains(state); }
     void forget();
+    int lastPosition() const { return positions.isEmpty() ? 0 : positions.last(); }
 
     bool wait(KVlcPlayerQml::VlcState state)
     {
