@@ -14,6 +14,9 @@ cmake --build build/asan -- >/dev/null
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || mapfile -t targets < <(grep . build/asan/fuzz/targets.txt || true)
 
+# The same suppressions of system libraries as in the suites.
+export LSAN_OPTIONS=suppressions=$PWD/scripts/lib/lsan.supp:print_suppressions=0
+
 findings=build/fuzz-findings
 for target in "${targets[@]}"; do
   mkdir -p "build/fuzz-corpus/$target" "$findings/$target" "fuzz/corpus/$target"

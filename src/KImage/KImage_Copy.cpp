@@ -2,6 +2,8 @@
 
 #include "KImage/KImageErrors.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -205,20 +207,47 @@ void convertRow(const typename Source::Channel *source, typename Target::Channel
     using To = typename Target::Channel;
     for (int x = 0; x < width; ++x) {
         const auto from = Source::read(source);
-        if constexpr (Source::channels == 3 && std::is_same_v<Target, BgraPremultiplied> &&
-                      std::is_same_v<typename Source::Channel, quint8>) {
-            // The usual way of a photograph to the screen: nothing to multiply.
-            target[0] = from.blue;
-            target[1] = from.green;
-            target[2] = from.red;
-            target[3] = 255;
-        } else {
-            Target::write(target, {channel<To>(from.red), channel<To>(from.green),
-                                   channel<To>(from.blue), alphaChannel<To>(from.alpha)});
-        }
+        Target::write(target, {channel<To>(from.red), channel<To>(from.green),
+                               channel<To>(from.blue), alphaChannel<To>(from.alpha)});
         source += Source::channels;
         target += Target::channels;
     }
+}
+
+enum class Order { Rgba, Bgra };
+
+/// An opaque pixel in memory order from 0x00BBGGRR.
+template <Order order>
+quint32 opaquePixel(quint32 rgb)
+{
+    if constexpr (order == Order::Rgba)
+        return rgb | 0xFF000000U;
+    else
+        return qbswap(rgb << 8) | 0xFF000000U;
+}
+
+/// The usual way of a photograph to the screen, four pixels at a time: nothing to multiply.
+template <Order order>
+void widenRow(const uchar *source, uchar *target, int width)
+{
+    constexpr int kStep = 4;
+    int x = 0;
+    for (; x + kStep <= width; x += kStep) {
+        quint32 words[3];
+        for (int i = 0; i < 3; ++i)
+            words[i] = qFromLittleEndian<quint32>(source + 4 * i);
+        const quint32 pixels[kStep] = {
+            opaquePixel<order>(words[0] & 0xFFFFFFU),
+            opaquePixel<order>((words[0] >> 24 | words[1] << 8) & 0xFFFFFFU),
+            opaquePixel<order>((words[1] >> 16 | words[2] << 16) & 0xFFFFFFU),
+            opaquePixel<order>(words[2] >> 8)};
+        for (int i = 0; i < kStep; ++i)
+            qToLittleEndian(pixels[i], target + 4 * i);
+        source += 3 * kStep;
+        target += 4 * kStep;
+    }
+    using Target = std::conditional_t<order == Order::Rgba, Straight<quint8, 4>, BgraPremultiplied>;
+    convertRow<Straight<quint8, 3>, Target>(source, target, width - x);
 }
 
 } // namespace
@@ -230,6 +259,11 @@ void Row(const void *source, PixelFormat sourceFormat, void *target, PixelFormat
         std::memcpy(target, source, std::size_t(width) * std::size_t(bytesPerPixel(sourceFormat)));
         return;
     }
+    const auto *bytes = static_cast<const uchar *>(source);
+    if (sourceFormat == PixelFormat::Rgb8 && targetFormat == PixelFormat::Rgba8)
+        return widenRow<Order::Rgba>(bytes, static_cast<uchar *>(target), width);
+    if (sourceFormat == PixelFormat::Rgb8 && targetFormat == PixelFormat::Bgra8Premultiplied)
+        return widenRow<Order::Bgra>(bytes, static_cast<uchar *>(target), width);
     withLayout(sourceFormat, [&](auto from) {
         using Source = decltype(from);
         withLayout(targetFormat, [&](auto to) {

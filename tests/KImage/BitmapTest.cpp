@@ -103,6 +103,24 @@ TEST(Bitmap, ConversionsMeetTheStandardsValues)
     EXPECT_FALSE(bgra.isValid());
 }
 
+TEST(Bitmap, RowsOfAnyLengthConvertWhole)
+{
+    for (int width = 1; width < 12; ++width) {
+        const KBitmap rgb = ramp(width, 2, PixelFormat::Rgb8);
+        const KBitmap rgba = KImage::Convert(rgb, PixelFormat::Rgba8);
+        const KBitmap bgra = KImage::Convert(rgb, PixelFormat::Bgra8Premultiplied);
+        for (int x = 0; x < width; ++x) {
+            const uchar *expected = rgb.line(1) + 3 * x;
+            for (int c = 0; c < 3; ++c) {
+                EXPECT_EQ(rgba.line(1)[4 * x + c], expected[c]);
+                EXPECT_EQ(bgra.line(1)[4 * x + 2 - c], expected[c]);
+            }
+            EXPECT_EQ(rgba.line(1)[4 * x + 3], 255);
+            EXPECT_EQ(bgra.line(1)[4 * x + 3], 255);
+        }
+    }
+}
+
 TEST(Bitmap, CopyPlacesARectangle)
 {
     const KBitmap source = ramp(20, 10, PixelFormat::Rgb16);
