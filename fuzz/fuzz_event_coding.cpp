@@ -34,6 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (EventCoding::collectorAccepted(text) && !text.contains("ok", Qt::CaseInsensitive) &&
         !text.contains('\\'))
         std::abort();
-    KBinaryJson::toBytes(KBinaryJson::fromBytes(bytes));
+    if (const auto file = KBinaryJson::fromBytes(bytes, KBinaryJson::Values::Nested)) {
+        // What was read can be written and read again.
+        const QByteArray written = KBinaryJson::toBytes(*file);
+        const auto again = KBinaryJson::fromBytes(written, KBinaryJson::Values::Nested);
+        if (!again || KBinaryJson::toBytes(*again) != written)
+            std::abort();
+    }
     return 0;
 }

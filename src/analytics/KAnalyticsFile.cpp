@@ -38,7 +38,9 @@ QJsonObject KAnalyticsFile::readUnlocked() const
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray bytes = file.read(kMaxFileBytes + 1);
-    return bytes.size() > kMaxFileBytes ? QJsonObject() : KBinaryJson::fromBytes(bytes);
+    if (bytes.size() > kMaxFileBytes)
+        return {};
+    return KBinaryJson::fromBytes(bytes, KBinaryJson::Values::Nested).value_or(QJsonObject());
 }
 
 QJsonObject KAnalyticsFile::read() const

@@ -1,6 +1,6 @@
 #include "net/SyncPacket.h"
 
-#include "net/FlatBinaryJson.h"
+#include "foundation/KBinaryJson.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,7 +15,7 @@ namespace {
 /// The binary form is deprecated in Qt but still what older installations speak.
 QByteArray toBytes(const QJsonDocument &document, SyncFormat format)
 {
-    return format == SyncFormat::QtBinary ? document.toBinaryData()
+    return format == SyncFormat::QtBinary ? KBinaryJson::toBytes(document.object())
                                           : document.toJson(QJsonDocument::Compact);
 }
 
@@ -40,7 +40,7 @@ bool isFlatJson(const QByteArray &text)
 std::optional<QJsonObject> fromBytes(const QByteArray &bytes, SyncFormat format)
 {
     if (format == SyncFormat::QtBinary)
-        return readFlatBinaryJson(bytes);
+        return KBinaryJson::fromBytes(bytes, KBinaryJson::Values::Plain);
     const QJsonDocument document =
         isFlatJson(bytes) ? QJsonDocument::fromJson(bytes) : QJsonDocument();
     return document.isObject() ? std::optional(document.object()) : std::nullopt;

@@ -1,8 +1,9 @@
 #include "update/UpdateDecision.h"
 
+#include "foundation/KSystemInfo.h"
+
 #include <QRegularExpression>
 #include <QStringList>
-#include <QSysInfo>
 #include <QUrlQuery>
 
 namespace {
@@ -129,12 +130,6 @@ QString UpdateDecision::safeChangeLog(const QByteArray &body)
     return result.trimmed();
 }
 
-QString UpdateDecision::platformWord()
-{
-    const QString kernel = QSysInfo::kernelType();
-    return kernel == QLatin1String("winnt") ? QStringLiteral("win32") : kernel;
-}
-
 UpdateAddresses::UpdateAddresses(const QString &server, const QString &productId,
                                  const QString &currentVersion)
     : m_product(server + (server.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/")) +
@@ -163,7 +158,7 @@ QUrl UpdateAddresses::changeLog(const QString &channel) const
 
 QUrl UpdateAddresses::website() const
 {
-    return address(QLatin1Char('/') + UpdateDecision::platformWord(), m_source);
+    return address(QLatin1Char('/') + KSystemInfo::PlatformWord(), m_source);
 }
 
 QUrl UpdateAddresses::installer() const
@@ -173,5 +168,5 @@ QUrl UpdateAddresses::installer() const
 
 QUrl UpdateAddresses::history() const
 {
-    return address(QStringLiteral("/%1/history").arg(UpdateDecision::platformWord()), m_source);
+    return address(QStringLiteral("/%1/history").arg(KSystemInfo::PlatformWord()), m_source);
 }

@@ -66,9 +66,6 @@ struct Offer
 /// The change log as rich text that loads nothing: trimmed, without pictures, scripts and styles.
 QString safeChangeLog(const QByteArray &body);
 
-/// The word for the system this program runs on, "linux" or "win32".
-QString platformWord();
-
 } // namespace UpdateDecision
 
 /// The addresses on one download server.

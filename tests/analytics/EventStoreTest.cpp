@@ -234,7 +234,7 @@ TEST(EventFile, ServesLikeTheDatabase)
     file.addEvent(*event("b"));
     file.setUserId("id");
     EXPECT_TRUE(file.setArray("providerGA", {"body"}));
-    EXPECT_EQ(KBinaryJson::fromBytes(store.read()).keys(),
+    EXPECT_EQ(KBinaryJson::fromBytes(store.read(), KBinaryJson::Values::Nested)->keys(),
               QStringList({"events", "providerGA", "userId"}));
 
     KAnalyticsFile again;

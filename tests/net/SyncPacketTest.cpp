@@ -1,5 +1,4 @@
 #include "net/SyncPacket.h"
-#include "net/FlatBinaryJson.h"
 
 #include <gtest/gtest.h>
 
@@ -113,35 +112,6 @@ TEST(SyncPacket, NumbersThatAreNoneAreDroppedInBinaryToo)
         EXPECT_EQ(decodeSyncPacket(binaryWithYaw(row.yaw), SyncFormat::QtBinary, kId).has_value(),
                   row.taken)
             << row.yaw;
-}
-
-TEST(SyncPacket, TheBinaryReaderReadsWhatQtWritesAndNoMore)
-{
-    const struct
-    {
-        const char *json;
-        bool flat;
-    } rows[] = {{R"({"a":null,"b":true,"c":false,"d":-5,"e":67108863,"f":1e9,"g":0.5})", true},
-                {"{\"k\u0101y\":\"\u0101\u20ac\",\"plain\":\"\u00e9\",\"\":\"\"}", true},
-                {R"({"a":[1]})", false},
-                {R"({"a":{}})", false},
-                {"[1]", false}};
-    for (const auto &row : rows) {
-        const QJsonDocument document = QJsonDocument::fromJson(row.json);
-        const QByteArray bytes = document.toBinaryData();
-        const auto object = readFlatBinaryJson(bytes);
-        ASSERT_EQ(object.has_value(), row.flat) << row.json;
-        EXPECT_EQ(object.value_or(document.object()), document.object()) << row.json;
-        // Every single byte may lie; nothing may be read outside (the sanitizers watch).
-        for (int i = 0; i < bytes.size(); ++i) {
-            for (const char lie : {'\0', '\x7f', '\xff'}) {
-                QByteArray lying = bytes;
-                lying[i] = lie;
-                const bool taken = readFlatBinaryJson(lying).has_value();
-                EXPECT_TRUE(!taken || i >= 8 || lying == bytes) << "the header is sound";
-            }
-        }
-    }
 }
 
 TEST(SyncPacket, WholeNumbersAreCutToTheirRange)

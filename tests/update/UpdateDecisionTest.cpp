@@ -1,5 +1,6 @@
 #include "update/UpdateDecision.h"
 #include "foundation/KHttp.h"
+#include "foundation/KSystemInfo.h"
 
 #include <gtest/gtest.h>
 
@@ -122,7 +123,7 @@ TEST(UpdateDecision, ChangeLogsLoadAndRunNothing)
 
 TEST(UpdateDecision, Addresses)
 {
-    const QString word = UpdateDecision::platformWord();
+    const QString word = KSystemInfo::PlatformWord();
     for (const char *server : {"https://h/d", "https://h/d/"}) {
         const UpdateAddresses addresses(server, "lnd", "2.3.1.400");
         const auto text = [](const QUrl &url) { return url.toString(QUrl::FullyEncoded); };
