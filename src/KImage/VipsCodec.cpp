@@ -1,5 +1,5 @@
-// Before any Qt header: glib has a member called "signals".
-#include <vips/vips.h>
+// Reading of files. Before any Qt header.
+#include "KImage/VipsSupport.h"
 
 #include "KImage/VipsCodec.h"
 
@@ -7,49 +7,12 @@
 #include "KImage/KImage.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 
 #include <algorithm>
-#include <cstring>
-#include <memory>
-#include <mutex>
-
-Q_LOGGING_CATEGORY(imageLog, "kimage", QtWarningMsg)
 
 namespace VipsCodec {
 
 namespace {
-
-struct Unref
-{
-    void operator()(VipsImage *image) const { g_object_unref(image); }
-};
-using Image = std::unique_ptr<VipsImage, Unref>;
-
-/// libvips complains about each flaw of a file; people look at the picture instead.
-void logQuietly(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
-{
-    qCDebug(imageLog) << message;
-}
-
-/// Once, on first use: false when the library cannot run.
-bool start()
-{
-    static const bool started = [] {
-        if (VIPS_INIT("orbilens-player") != 0)
-            return false;
-        g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE),
-                          logQuietly, nullptr);
-        // Results are remembered by file name, so a changed file would come back as it was.
-        vips_cache_set_max(0);
-        vips_block_untrusted_set(TRUE);
-        // Radiance and OpenEXR are what panoramas of high dynamic range come in.
-        vips_operation_block_set("VipsForeignLoadRad", FALSE);
-        vips_operation_block_set("VipsForeignLoadOpenexr", FALSE);
-        return true;
-    }();
-    return started;
-}
 
 /// The loaders in use, by their class.
 struct Loader
@@ -91,18 +54,6 @@ bool interlaced(VipsImage *image)
     return vips_image_get_typeof(image, "interlaced") != 0 ||
            vips_image_get_typeof(image, "jpeg-multiscan") != 0;
 }
-
-/// An error of libvips, told apart by what the file still allows.
-ImageError lastError()
-{
-    const QByteArray text(vips_error_buffer());
-    vips_error_clear();
-    qCDebug(imageLog) << text;
-    return text.contains("out of memory") || text.contains("unable to allocate")
-               ? ImageError::NoMemory
-               : ImageError::FileRead;
-}
-
 Image openHeader(const QString &path)
 {
     return Image(vips_image_new_from_file(QFile::encodeName(path).constData(), "access",
@@ -125,36 +76,12 @@ ImageError check(const QString &path)
     return streams || bytes <= ImageLimits::kMaxPixelBytes ? ImageError::None
                                                            : ImageError::NoMemory;
 }
-
-/// Runs @p operation, which makes a new image from the old one; false leaves no image.
-template <class Operation>
-bool apply(Image &image, Operation operation)
-{
-    VipsImage *result = nullptr;
-    if (operation(image.get(), &result) != 0) {
-        image.reset();
-        return false;
-    }
-    image.reset(result);
-    return true;
-}
-
 bool toColourspace(Image &image, VipsInterpretation space)
 {
     return apply(image, [space](VipsImage *in, VipsImage **out) {
         return vips_colourspace(in, out, space, nullptr);
     });
 }
-
-bool toFormat(Image &image, VipsBandFormat format)
-{
-    if (image->BandFmt == format)
-        return true;
-    return apply(image, [format](VipsImage *in, VipsImage **out) {
-        return vips_cast(in, out, format, nullptr);
-    });
-}
-
 bool isFloatImage(VipsImage *image)
 {
     return image->BandFmt == VIPS_FORMAT_FLOAT || image->BandFmt == VIPS_FORMAT_DOUBLE;
@@ -272,41 +199,6 @@ std::optional<PixelFormat> bitmapFormat(VipsImage *image)
         return std::nullopt;
     }
 }
-
-struct Sink
-{
-    KBitmap &target;
-    PixelFormat source;
-    const std::atomic<bool> *cancelled;
-};
-
-int writeRows(VipsRegion *region, VipsRect *area, void *context)
-{
-    const Sink &sink = *static_cast<Sink *>(context);
-    if (sink.cancelled && *sink.cancelled)
-        return -1;
-    for (int y = area->top; y < area->top + area->height; ++y)
-        KImage_Copy::Row(VIPS_REGION_ADDR(region, area->left, y), sink.source,
-                         sink.target.line(y) + area->left * bytesPerPixel(sink.target.format()),
-                         sink.target.format(), area->width);
-    return 0;
-}
-
-/// Computes @p image, whose pixels are @p source, row by row into a bitmap of @p format.
-ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> source,
-                      std::optional<PixelFormat> format, const std::atomic<bool> *cancelled,
-                      KBitmap &bitmap)
-{
-    if (!source)
-        return ImageError::BadBitmap;
-    KBitmap result(image->Xsize, image->Ysize, format.value_or(*source));
-    Sink sink{result, *source, cancelled};
-    if (vips_sink_disc(image, writeRows, &sink) != 0)
-        return lastError();
-    bitmap = std::move(result);
-    return ImageError::None;
-}
-
 ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
     Image image = openHeader(path);
@@ -371,9 +263,10 @@ ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &
     const QByteArray name = QFile::encodeName(path);
     // Pixels that need no profile would come out of its arithmetic with other colours.
     const char *const profile = needsProfile(path) ? "srgb" : nullptr;
+    const Loader *loader = loaderOf(path);
     VipsImage *result = nullptr;
     int failed = 0;
-    if (qstrcmp(loaderOf(path)->formatName, "JPEG") == 0) {
+    if (loader && qstrcmp(loader->formatName, "JPEG") == 0) {
         // libvips keeps a factor of two for its own filter; that of the format is as good.
         const Image shrunk = openJpeg(name, request.limit);
         if (!shrunk)
@@ -392,30 +285,6 @@ ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &
     return intoBitmap(image.get(), bitmapFormat(image.get()), request.format, request.cancelled,
                       bitmap);
 }
-
-/// A view of a bitmap's pixels, which must outlive it.
-Image view(const KBitmap &bitmap)
-{
-    const int channels = channelCount(bitmap.format());
-    const int bytes = bytesPerPixel(bitmap.format()) / channels;
-    const VipsBandFormat format = bytes == 1   ? VIPS_FORMAT_UCHAR
-                                  : bytes == 2 ? VIPS_FORMAT_USHORT
-                                               : VIPS_FORMAT_FLOAT;
-    Image image(vips_image_new_from_memory(bitmap.line(0), std::size_t(bitmap.byteCount()),
-                                           bitmap.width(), bitmap.height(), channels, format));
-    if (!image)
-        return image;
-    VipsInterpretation kind = VIPS_INTERPRETATION_sRGB;
-    if (bytes == 4)
-        kind = channels == 1 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_scRGB;
-    else if (channels == 1)
-        kind = bytes == 2 ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
-    else if (bytes == 2)
-        kind = VIPS_INTERPRETATION_RGB16;
-    image->Type = kind;
-    return image;
-}
-
 } // namespace
 
 QStringList suffixes()
@@ -479,64 +348,4 @@ ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap
                                ImageLoader::fitted(bitmap.size(), request.limit));
     return loaded;
 }
-
-ImageError resize(const KBitmap &source, KBitmap &target)
-{
-    if (!start())
-        return ImageError::Unknown;
-    Image image = view(source);
-    if (!image)
-        return lastError();
-    const bool straightAlpha =
-        hasAlpha(source.format()) && source.format() != PixelFormat::Bgra8Premultiplied;
-    const VipsBandFormat depth = image->BandFmt;
-    const double opaque = isFloat(source.format()) ? 1 : depth == VIPS_FORMAT_USHORT ? 65535 : 255;
-    const auto premultiply = [opaque](VipsImage *in, VipsImage **out) {
-        return vips_premultiply(in, out, "max_alpha", opaque, nullptr);
-    };
-    const auto unpremultiply = [opaque](VipsImage *in, VipsImage **out) {
-        return vips_unpremultiply(in, out, "max_alpha", opaque, nullptr);
-    };
-    if (straightAlpha && !apply(image, premultiply))
-        return lastError();
-    const double across = double(target.width()) / source.width();
-    const double down = double(target.height()) / source.height();
-    if (!apply(image, [across, down](VipsImage *in, VipsImage **out) {
-            return vips_resize(in, out, across, "vscale", down, nullptr);
-        }))
-        return lastError();
-    if (straightAlpha && (!apply(image, unpremultiply) || !toFormat(image, depth)))
-        return lastError();
-    if (image->Xsize != target.width() || image->Ysize != target.height())
-        return ImageError::BadParameters;
-    return intoBitmap(image.get(), source.format(), source.format(), nullptr, target);
-}
-
-ImageError encode(const KBitmap &bitmap, const QString &format, int quality, QByteArray &bytes)
-{
-    if (!start())
-        return ImageError::Unknown;
-    const Image image = view(bitmap);
-    if (!image)
-        return lastError();
-    void *buffer = nullptr;
-    std::size_t size = 0;
-    int result = -1;
-    if (format == QLatin1String("jpeg"))
-        result = vips_jpegsave_buffer(image.get(), &buffer, &size, "Q", quality, "optimize_coding",
-                                      TRUE, nullptr);
-    else if (format == QLatin1String("tiff"))
-        result = vips_tiffsave_buffer(image.get(), &buffer, &size, "compression",
-                                      VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE, nullptr);
-    else if (format == QLatin1String("hdri"))
-        result = vips_radsave_buffer(image.get(), &buffer, &size, nullptr);
-    else
-        return ImageError::BadFormatIndex;
-    if (result != 0)
-        return lastError();
-    bytes = QByteArray(static_cast<const char *>(buffer), int(size));
-    g_free(buffer);
-    return ImageError::None;
-}
-
 } // namespace VipsCodec

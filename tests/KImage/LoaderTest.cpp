@@ -131,6 +131,26 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
     }
 }
 
+TEST(Loader, ColoursGoThroughTheFilesProfile)
+{
+    const test::Pictures pictures;
+    pictures.make("a.png", {"-size", "32x32", "xc:rgb(200,100,50)"});
+    for (const char *name : {"wide.png", "wide.jpg"}) {
+        pictures.run("vips", {"icc_transform", "a.png", name, "p3", "--input-profile", "srgb"});
+        ASSERT_NE(pictures.run("convert", {name, "-format", "%[fx:int(255*p{1,1}.g)]", "info:"}),
+                  "100");
+        LoadRequest native;
+        native.format = std::nullopt;
+        for (const LoadRequest &request : {native, fittedInto(QSize()), fittedInto(QSize(8, 8))}) {
+            KBitmap bitmap;
+            ASSERT_EQ(ImageLoader::load(pictures.path(name), request, bitmap), ImageError::None);
+            const QVector<int> expected{200, 100, 50};
+            for (int c = 0; c < 3; ++c)
+                EXPECT_NEAR(bitmap.line(1)[c], expected.at(c), 4) << name;
+        }
+    }
+}
+
 TEST(Loader, AlphaGrayAndLinearLight)
 {
     const test::Pictures pictures;
