@@ -18,9 +18,8 @@ targets=("$@")
 # The same suppressions of system libraries as in the suites.
 export LSAN_OPTIONS=suppressions=$PWD/scripts/lib/lsan.supp:print_suppressions=0
 
-# Qt's JSON reader keeps memory for keys that stand twice, which would hide every other finding;
-# leaks of ours are looked for by the suites under the address sanitizer.
-export LSAN_OPTIONS=suppressions=$PWD/scripts/lib/lsan.supp:print_suppressions=0
+# Qt's JSON reader keeps memory for keys that stand twice, which would hide every other finding, so
+# leaks are left to the suites under the address sanitizer.
 findings=build/fuzz-findings
 for target in "${targets[@]}"; do
   mkdir -p "build/fuzz-corpus/$target" "$findings/$target" "fuzz/corpus/$target"
