@@ -31,7 +31,7 @@ public:
         EXPECT_TRUE(functions && functions->initializeOpenGLFunctions());
         return functions;
     }
-    QOpenGLContext *context() { return &m_context; }
+    QOpenGLContext &context() { return m_context; }
     void setCurrent(bool current)
     {
         current ? void(m_context.makeCurrent(&m_surface)) : m_context.doneCurrent();
