@@ -15,6 +15,7 @@ namespace KBinaryJson {
 /// to a depth of 32.
 enum class Values { Plain, Nested };
 
+/// Nothing at all for an empty map.
 QByteArray toBytes(const QJsonObject &object);
 
 /// Nothing for bytes that are no such map, for values that are not asked for, and for whatever

@@ -17,7 +17,7 @@ TEST(BinaryJson, ReadsWhatQtWritesAndNoMore)
     } rows[] = {
         {R"({"a":null,"b":true,"c":false,"d":-5,"e":67108863,"f":1e9,"g":0.5})", true, true},
         {"{\"k\u0101y\":\"\u0101\u20ac\",\"plain\":\"\u00e9\",\"\":\"\"}", true, true},
-        {"{}", true, true},
+        {"{}", false, false}, // Qt writes no bytes at all
         {R"({"a":[1]})", false, true},
         {R"({"a":{},"b":[],"c":[{"d":["e",{"f":[[1.5]]}]},null]})", false, true},
         {"{\"a\":" + QByteArray(32, '[') + QByteArray(32, ']') + "}", false, true},

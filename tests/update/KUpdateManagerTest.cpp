@@ -1,4 +1,5 @@
 #include "update/KUpdateManager.h"
+#include "foundation/KSystemInfo.h"
 #include "settings/KSettingsManager.h"
 #include "support/HttpServer.h"
 #include "support/WarningGuard.h"
@@ -84,7 +85,10 @@ TEST(UpdateManager, TellsANewVersionWithItsChangeLog)
     EXPECT_EQ(check.manager.newVersion(), "2.3.2.410");
     EXPECT_EQ(check.manager.newVersionDate(), QDate(2017, 2, 14));
     EXPECT_EQ(check.manager.newChangeLog(), "<b>new</b>");
-    EXPECT_FALSE(check.manager.urlInstaller().isEmpty());
+    const QString site = check.server.address() + "/lnd/" + KSystemInfo::PlatformWord();
+    EXPECT_EQ(check.manager.urlInstaller(), site + "?src=lnd/2.3.1.400");
+    EXPECT_EQ(check.manager.urlWebsite(), site + "?src=lnd/2.3.1.400");
+    EXPECT_EQ(check.manager.urlHistory(), site + "/history?src=lnd/2.3.1.400");
     EXPECT_TRUE(check.timeStampWritten());
 
     check.manager.CheckForNewVersion();
