@@ -8,11 +8,14 @@
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
 #include "support/WarningGuard.h"
+#include "video/YuvReference.h"
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QMimeData>
+#include <QProcess>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -101,6 +104,46 @@ TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
     camera->openFile(folder.filePath("wide.png"));
     QTRY_COMPARE_WITH_TIMEOUT(textures->textureSize().width(), limit, 20000);
     EXPECT_GT(textures->textureId(), 0);
+}
+
+TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
+{
+    QTemporaryDir folder;
+    for (const char *name : {"white", "black", "gray", "red", "lime", "blue"}) {
+        SCOPED_TRACE(name);
+        const QString film = folder.filePath(QStringLiteral("%1.mp4").arg(name));
+        const QString frame = film + QStringLiteral(".yuv");
+        ASSERT_EQ(
+            0, QProcess::execute("ffmpeg", {"-v", "error", "-f", "lavfi", "-i",
+                                            QStringLiteral("color=c=%1:s=64x32:r=25:d=2").arg(name),
+                                            "-pix_fmt", "yuv420p", "-c:v", "libx264", film}));
+        ASSERT_EQ(0, QProcess::execute("ffmpeg", {"-v", "error", "-i", film, "-frames:v", "1", "-f",
+                                                  "rawvideo", "-pix_fmt", "yuv420p", frame}));
+        QFile raw(frame);
+        ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
+        const QByteArray bytes = raw.readAll();
+        ASSERT_EQ(bytes.size(), 64 * 32 * 3 / 2);
+        const auto sample = [&bytes](int at) { return quint8(bytes[at]) / 255.0; };
+        // The converter leaves blue first, and the view puts red first again.
+        const auto expected = test::colourOf({sample(0), sample(64 * 32), sample(64 * 32 * 5 / 4)},
+                                             YuvColours::Compressed);
+
+        open(film);
+        int worst = 255;
+        QColor seen;
+        QElapsedTimer timer;
+        for (timer.start(); worst > 3 && timer.elapsed() < 10000; QTest::qWait(50)) {
+            const QImage image = view->grabWindow();
+            seen = image.pixelColor(image.width() / 2, image.height() / 3);
+            worst =
+                std::max({std::abs(seen.red() - expected[2]), std::abs(seen.green() - expected[1]),
+                          std::abs(seen.blue() - expected[0])});
+            view->update();
+        }
+        EXPECT_LE(worst, 3) << "seen " << seen.name().toStdString() << ", meant " << expected[2]
+                            << ' ' << expected[1] << ' ' << expected[0];
+    }
+    open(kSample);
 }
 
 TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
