@@ -73,20 +73,19 @@ QString nikonIdentifier(const Lookup &lookup)
 }
 
 /// Lens codes of other makers become identifiers with the focal lengths and apertures of EXIF's own
-/// lens specification; a code alone would match rows of other lenses.
+/// lens data; a code alone would match rows of other lenses.
 QString completedIdentifier(const QString &code, const Lookup &lookup)
 {
     bool isCode = false;
     code.toUInt(&isCode);
     if (!isCode)
         return code;
-    const QStringList specification =
-        lookup.text("LensSpecification").split(' ', Qt::SkipEmptyParts);
+    const QStringList lensData = lookup.text("LensSpecification").split(' ', Qt::SkipEmptyParts);
     constexpr int kValues = 4;
-    if (specification.size() != kValues)
+    if (lensData.size() != kValues)
         return QString();
     QStringList numbers;
-    for (const QString &value : specification)
+    for (const QString &value : lensData)
         numbers += shortNumber(MetadataText::number(value));
     numbers.insert(2, code);
     return numbers.join(' ');
