@@ -207,7 +207,7 @@ TEST_F(PlayList, StillsAdvanceByTheirTimer)
     settings->set("application/playlist/imageDisplayDuration", 0.05);
     list->openFiles(QStringList{"/a.jpg", "/b.jpg"});
     list->startTimerNextImage();
-    QTRY_COMPARE_WITH_TIMEOUT(list->playListIndex(), 1, 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list->playListIndex() == 1; }, 5000));
 
     // Paused, nothing moves; resumed, the still keeps three seconds.
     list->startTimerNextImage();
@@ -228,7 +228,7 @@ TEST_F(PlayList, StillsAdvanceByTheirTimer)
     for (const int mode : {KGlobalObject::NoLoop, KGlobalObject::LoopMedium}) {
         settings->set("instance/general/loopMode", mode);
         list->startTimerNextImage();
-        QTRY_VERIFY_WITH_TIMEOUT(!loader.calls.isEmpty(), 5000);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !loader.calls.isEmpty(); }, 5000));
         EXPECT_EQ(taken(), QStringList{mode == KGlobalObject::NoLoop ? "stop" : "play"});
     }
 }

@@ -49,7 +49,8 @@ protected:
     void open(const QString &path)
     {
         camera->openFile(path);
-        QTRY_VERIFY2_WITH_TIMEOUT(textures->textureId() > 0, qPrintable(path), 20000);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() > 0; }, 20000))
+            << qPrintable(path);
     }
 
     int status() const { return camera->mediaPlayer()->property("playerStatus").toInt(); }
@@ -90,7 +91,7 @@ TEST_F(Scene, AStillReachesTheViewWithItsSize)
     EXPECT_EQ(view->QWindow::title(), "Orbilens Player - file://" + kSample);
     EXPECT_GT(view->maxTextureSize().width(), 0);
     EXPECT_TRUE(view->gpuInfo().contains("Maximum texture size"));
-    QTRY_VERIFY_WITH_TIMEOUT(view->fps() > 0, 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->fps() > 0; }, 5000));
 }
 
 TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
@@ -102,8 +103,9 @@ TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
     QTemporaryDir folder;
     ASSERT_TRUE(wide.save(folder.filePath("wide.png")));
     camera->openFile(folder.filePath("wide.png"));
-    QTRY_COMPARE_WITH_TIMEOUT(textures->textureSize().width(), limit, 20000);
-    EXPECT_GT(textures->textureId(), 0);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return textures->textureSize().width() == limit && textures->textureId() > 0; },
+        20000));
 }
 
 TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
@@ -169,8 +171,12 @@ TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
     settings->set("application/general/cameraInertia", 60);
     camera->resetYawPitchRollFov();
     drag({300, 300}, {{320, 300}});
-    QTRY_COMPARE_WITH_TIMEOUT(camera->yaw(), 20 * 10 * kMoveSpeed * (camera->touchMode() ? -1 : 1),
-                              5000);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            return qFuzzyCompare(camera->yaw(),
+                                 20 * 10 * kMoveSpeed * (camera->touchMode() ? -1 : 1));
+        },
+        5000));
     settings->set("application/general/cameraInertia", 100000);
     camera->resetYawPitchRollFov();
     drag({300, 300}, {{320, 300}});
@@ -222,18 +228,18 @@ TEST_F(Scene, DoubleClickAsksForFullScreenAfterADelay)
     QSignalSpy states(view, &KQQuickView::fullScreenChanged);
     QTest::mouseDClick(view, Qt::LeftButton, {}, {300, 300});
     EXPECT_EQ(states.count(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(view->fullScreen(), 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->fullScreen(); }, 5000));
     const QVariant width = settings->get("application/window/width");
     QTest::qWait(50);
     EXPECT_EQ(settings->get("application/window/width"), width) << "a screen's size is no choice";
     QTest::mouseDClick(view, Qt::LeftButton, {}, {300, 300});
-    QTRY_VERIFY_WITH_TIMEOUT(!view->fullScreen(), 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !view->fullScreen(); }, 5000));
 }
 
 TEST_F(Scene, DroppedFilesOpen)
 {
     camera->mediaPlayer()->setProperty("mediaSource", QUrl());
-    QTRY_COMPARE_WITH_TIMEOUT(textures->textureId(), 0, 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() == 0; }, 5000));
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(kSample)});
     const QPoint at(200, 200);
@@ -242,7 +248,7 @@ TEST_F(Scene, DroppedFilesOpen)
     EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view, &drop);
-    QTRY_VERIFY_WITH_TIMEOUT(textures->textureId() > 0, 20000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() > 0; }, 20000));
 }
 
 TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
@@ -263,9 +269,12 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
                             write("noise.png", QByteArray(5000, 'x'))};
     for (const QString &file : files) {
         camera->openFile(file);
-        QTRY_COMPARE_WITH_TIMEOUT(camera->mediaPlayer()->property("errorString").toString(),
-                                  QStringLiteral("An error occurred while loading the image"),
-                                  10000);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                return camera->mediaPlayer()->property("errorString").toString() ==
+                       QStringLiteral("An error occurred while loading the image");
+            },
+            10000));
         EXPECT_EQ(textures->textureId(), 0) << file.toStdString();
     }
     guard.take(); // the scene's own messages name each of these files
