@@ -166,11 +166,7 @@ void Application::collectInfos()
     if (!m_usageReport)
         return;
     UsageReport::Start start;
-    start.videoBackend =
-        option(QStringLiteral("customvlc")).toBool()
-            ? QStringLiteral("vlc")
-            : m_settings->settingsManager()->GetString(QStringLiteral("application/videoPlugin"),
-                                                       QStringLiteral("vlc"));
+    start.videoBackend = m_videoPlugin->currentPlugin();
     start.adobePlugin = option(QStringLiteral("adobeplugin")).toBool();
     start.communicationState = m_udpSocket->role();
     start.realSense = isAvailable("kRealSense");
