@@ -3,6 +3,7 @@
 #include "KImage/ImageLimits.h"
 #include "KImage/ImageLoadGuard.h"
 #include "KImage/KImage.h"
+#include "foundation/KSignalStack.h"
 
 #include <QUrl>
 
@@ -24,6 +25,7 @@ public:
 
     void load()
     {
+        const KSignalStack signalStack; // decoders of foreign files recurse
         try {
             const ImageLoadGuard guard("KImageProvider");
             if (!*m_cancelled)

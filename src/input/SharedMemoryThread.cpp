@@ -1,5 +1,7 @@
 #include "input/SharedMemoryThread.h"
 
+#include "foundation/KSignalStack.h"
+
 #include <QLoggingCategory>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
@@ -41,6 +43,7 @@ void SharedMemoryThread::sleepFor(int milliseconds)
 
 void SharedMemoryThread::run()
 {
+    const KSignalStack signalStack;
     m_report.start();
     while (!isInterruptionRequested()) {
         reportFaults();

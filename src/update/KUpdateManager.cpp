@@ -1,6 +1,7 @@
 #include "update/KUpdateManager.h"
 
 #include "foundation/KHttp.h"
+#include "foundation/KSignalStack.h"
 #include "settings/KSettingsManager.h"
 
 #include <QDateTime>
@@ -73,6 +74,7 @@ void KUpdateManager::begin()
 
 void KUpdateManager::run()
 {
+    const KSignalStack signalStack;
     if (!m_network) {
         // The first manager of a program takes its time to come up.
         m_network = std::make_unique<QNetworkAccessManager>();

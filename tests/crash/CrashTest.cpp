@@ -23,7 +23,7 @@ constexpr int kPatience = 30000;
 class Player
 {
 public:
-    explicit Player(const QString &fault)
+    explicit Player(const QString &fault, const QStringList &arguments = {})
     {
         EXPECT_TRUE(QFile::copy(PLAYER, folder.filePath("orbilens-player")));
         QFile reporter(folder.filePath("KCrashReporter_linux"));
@@ -43,7 +43,7 @@ public:
         environment.insert("LD_PRELOAD", CRASHER);
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(folder.filePath("orbilens-player"), QStringList());
+        process.start(folder.filePath("orbilens-player"), arguments);
     }
 
     ~Player()
@@ -105,15 +105,18 @@ TEST(Crash, LeavesADumpThatNamesTheFaultAndStartsTheReporter)
         const char *reason;
         bool onMain;
         const char *function; // on the crashed thread
+        QStringList arguments;
     } rows[] = {
-        {"null", SIGUSR1, "SIGSEGV", true, "orbilens_test_crasher"},
-        {"null", SIGUSR2, "SIGSEGV", false, "orbilens_test_crasher"},
-        {"abort", SIGUSR1, "SIGABRT", true, "libc"},
-        {"overflow", SIGUSR1, "SIGSEGV", true, "orbilens_test_crasher"},
+        {"null", SIGUSR1, "SIGSEGV", true, "orbilens_test_crasher", {}},
+        {"null", SIGUSR2, "SIGSEGV", false, "orbilens_test_crasher", {}},
+        {"abort", SIGUSR1, "SIGABRT", true, "libc", {}},
+        {"overflow", SIGUSR1, "SIGSEGV", true, "orbilens_test_crasher", {}},
+        // Not at a signal but when the thread that polls for frames gets there.
+        {"overflow of its own", 0, "SIGSEGV", false, "orbilens_test_crasher", {"--adobeplugin"}},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(std::string(row.fault) + (row.onMain ? " on main" : " on a worker"));
-        Player player(row.fault);
+        Player player(row.fault, row.arguments);
         ASSERT_TRUE(player.isUp()) << player.output.constData();
         const pid_t pid = pid_t(player.process.processId());
         // The worker waits for its signal as any thread of the process may take it.

@@ -1,5 +1,6 @@
 // Loaded into the program by the test: commits, when signalled, one of the faults that a program
-// dies of, on the thread that the signal goes to, or makes it quit. The environment says which.
+// dies of, on the thread that the signal goes to, or makes it quit. The environment says which. A
+// worker thread of the program itself is met where it opens another program's frames.
 
 #include <QCoreApplication>
 
@@ -7,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <dlfcn.h>
 #include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
@@ -28,7 +30,7 @@ void commit()
         *static_cast<volatile int *>(nullptr) = 1;
     else if (std::strcmp(fault, "abort") == 0)
         std::abort();
-    else if (std::strcmp(fault, "overflow") == 0)
+    else if (std::strncmp(fault, "overflow", 8) == 0)
         std::exit(overflow(0));
     else
         QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
@@ -65,3 +67,12 @@ __attribute__((constructor)) void prepare()
 }
 
 } // namespace
+
+extern "C" int shm_open(const char *name, int flags, mode_t mode)
+{
+    const char *fault = std::getenv("TEST_FAULT");
+    if (fault && std::strcmp(fault, "overflow of its own") == 0)
+        commit();
+    using Open = int (*)(const char *, int, mode_t);
+    return reinterpret_cast<Open>(dlsym(RTLD_NEXT, "shm_open"))(name, flags, mode);
+}
