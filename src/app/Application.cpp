@@ -90,9 +90,25 @@ void Application::setTextureProvider(std::unique_ptr<KTextureProvider> provider)
     m_textureProvider = std::move(provider);
 }
 
+void Application::setDeployment(const Deployment &deployment)
+{
+    m_deployment = std::make_unique<Deployment>(deployment);
+}
+
 QSize Application::maxTextureSize() const
 {
     return m_view ? m_view->maxTextureSize() : QSize(-1, -1);
+}
+
+void Application::tell(const QString &message)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, message] {
+            if (m_view)
+                emit m_view->displayMessage(message);
+        },
+        Qt::QueuedConnection);
 }
 
 void Application::init()

@@ -91,10 +91,14 @@ public:
     /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
     QSize maxTextureSize() const;
 
+    /// Shows @p message to the user, from any thread.
+    void tell(const QString &message);
+
     // For tests, which hand an Application without init() just the peers they need.
     void setGlobalObject(std::unique_ptr<KGlobalObject> globalObject);
     void setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder);
     void setTextureProvider(std::unique_ptr<KTextureProvider> provider);
+    void setDeployment(const Deployment &deployment);
     void setOption(const QString &name, const QVariant &value) { m_options.insert(name, value); }
 
 public slots:
@@ -127,7 +131,7 @@ private:
     UsageReport::Consent consent() const;
     bool isAvailable(const char *contextProperty) const;
 
-    const std::unique_ptr<const Deployment> m_deployment;
+    std::unique_ptr<const Deployment> m_deployment;
     CrashHandler *m_crashHandler = nullptr;
     std::unique_ptr<UsageReport> m_usageReport;
     std::unique_ptr<KSettings> m_settings;

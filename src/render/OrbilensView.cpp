@@ -41,10 +41,15 @@ QVariant sceneProperty(const QObject *object, const char *name)
     return value.canConvert<QJSValue>() ? value.value<QJSValue>().toVariant() : value;
 }
 
-/// On a thread of the pool: turns what was read bottom row first, and writes it.
-void saveImage(const QImage &image, SnapshotKind kind, const QString &folder)
+/// On a thread of the pool: turns what was read bottom row first, and writes it. The pool ends
+/// before
+/// @p application does.
+void saveImage(const QImage &image, SnapshotKind kind, const QString &folder,
+               Application *application)
 {
-    saveSnapshot(image.mirrored().convertToFormat(QImage::Format_RGB888), kind, folder);
+    if (!saveSnapshot(image.mirrored().convertToFormat(QImage::Format_RGB888), kind, folder))
+        application->tell(
+            OrbilensView::tr("The screenshot could not be saved in this folder:\n%1").arg(folder));
 }
 
 } // namespace
@@ -394,7 +399,8 @@ void OrbilensView::takeSnapshot(QOpenGLFunctions *functions, const SnapshotReque
             clearTarget(functions);
             drawEyes(functions, eye);
             target.release();
-            QtConcurrent::run(saveImage, target.toImage(false), request.kind, request.folder);
+            QtConcurrent::run(saveImage, target.toImage(false), request.kind, request.folder,
+                              m_application);
         }
     }
     functions->glBindFramebuffer(GL_FRAMEBUFFER, itemFramebuffer);

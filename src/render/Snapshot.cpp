@@ -25,8 +25,9 @@ QString snapshotFolder(const QString &setting)
     return desktop.isEmpty() ? QDir::homePath() : desktop;
 }
 
-void saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder)
+bool saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder)
 {
     QDir().mkpath(folder);
-    image.save(folder + QLatin1Char('/') + snapshotFileName(kind, QDateTime::currentDateTime()));
+    return image.save(folder + QLatin1Char('/') +
+                      snapshotFileName(kind, QDateTime::currentDateTime()));
 }

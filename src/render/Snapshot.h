@@ -20,5 +20,5 @@ QString snapshotFileName(SnapshotKind kind, const QDateTime &time);
 QString snapshotFolder(const QString &setting);
 
 /// Writes @p image into @p folder, which is made when it is not there, under the name of the
-/// present moment.
-void saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder);
+/// present moment. False when it could not be written.
+[[nodiscard]] bool saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder);

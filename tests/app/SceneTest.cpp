@@ -1,12 +1,14 @@
 // The whole program in one process: a real window, real pointer events, a real still.
 
 #include "app/Application.h"
+#include "app/Deployment.h"
 #include "app/KDropArea.h"
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
 #include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
+#include "support/HttpServer.h"
 #include "support/WarningGuard.h"
 #include "video/YuvReference.h"
 
@@ -14,6 +16,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QProcess>
 #include <QQuickItem>
@@ -33,10 +36,18 @@ protected:
     static void SetUpTestSuite()
     {
         auto *application = static_cast<Application *>(qApp);
+        updates = std::make_unique<test::HttpServer>(
+            [](const auto &) { return test::HttpServer::reply("404 Not Found", ""); });
+        Deployment deployment;
+        deployment.updateServer = updates->address();
+        deployment.productId = "lnd";
+        application->setDeployment(deployment);
         application->init();
         ASSERT_NE(application->view()->rootObject(), nullptr);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(application->view()));
     }
+
+    static void TearDownTestSuite() { updates.reset(); }
 
     Scene()
     {
@@ -72,6 +83,28 @@ protected:
         QCoreApplication::sendEvent(view, &event);
     }
 
+    QQuickItem *item(const char *name) const
+    {
+        return view->rootObject()->findChild<QQuickItem *>(name);
+    }
+
+    /// The text of the message box that shows, which is then closed; empty when none came.
+    static QString takeMessage()
+    {
+        QMessageBox *box = nullptr;
+        const bool shown = QTest::qWaitFor(
+            [&box] {
+                box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                return box != nullptr;
+            },
+            10000);
+        const QString text = shown ? box->text() : QString();
+        if (shown)
+            box->close();
+        return text;
+    }
+
+    static inline std::unique_ptr<test::HttpServer> updates;
     test::WarningGuard guard;
     Application *application = static_cast<Application *>(qApp);
     KQQuickView *view = application->view();
@@ -283,4 +316,49 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
     open(write("half.jpg", bytes.left(bytes.size() / 2)));
     open(kSample);
     guard.take();
+}
+
+TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
+{
+    QByteArray version = "2.4.0.410_2026-11-02";
+    QByteArray changeLog = "<h3>What is new</h3><ul>";
+    for (int i = 1; i <= 30; ++i)
+        changeLog += "<li>Change " + QByteArray::number(i) +
+                     ", told at <a href=\"https://example.org\">some length</a> so that it wraps "
+                     "at the end of its line</li>";
+    changeLog += "</ul><img src=\"http://127.0.0.1:1/x.png\"><script>alert(1)</script>";
+    updates->setAnswer([&](const test::HttpServer::Request &request) {
+        return test::HttpServer::reply("200 OK",
+                                       request.line.contains("changelog") ? changeLog : version);
+    });
+    updates->requests.clear();
+    view->checkUpdate();
+    QQuickItem *log = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (log = item("changeLog")) != nullptr; }, 10000));
+    EXPECT_TRUE(log->property("text").toString().contains("<li>Change 30"));
+    EXPECT_FALSE(log->property("text").toString().contains("img"));
+    EXPECT_TRUE(item("released")->property("text").toString().contains("2026"));
+    EXPECT_TRUE(item("installerButton")->isEnabled());
+    const QQuickItem *frame = item("popupLoader");
+    EXPECT_TRUE(QTest::qWaitFor([frame] { return frame->y() == 0; }, 5000));
+    const QString pictures = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/");
+    EXPECT_TRUE(QDir().mkpath(pictures));
+    EXPECT_TRUE(view->grabWindow().save(pictures + "update.png"));
+    QTest::keyClick(view, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return item("changeLog") == nullptr; }, 5000));
+    EXPECT_EQ(updates->requests.size(), 2);
+
+    version = "2.3.1.400_2026-01-01";
+    view->checkUpdate();
+    EXPECT_EQ(takeMessage(), "There is no update for this product.\n"
+                             "Your are already running the most up to date version.");
+}
+
+TEST_F(Scene, AScreenshotThatCannotBeSavedIsTold)
+{
+    open(kSample);
+    settings->set("application/general/printSavePath", "file:///proc/nowhere");
+    item("orbilensView")->setProperty("printScreenRequested", 1);
+    EXPECT_TRUE(takeMessage().endsWith("/proc/nowhere"));
+    settings->resetDefaultValue("application/general/printSavePath");
 }
