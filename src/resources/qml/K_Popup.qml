@@ -12,6 +12,10 @@ FocusScope {
         State { name: "Off"; PropertyChanges { target: root; opacity: 0; enabled: false } }
     ]
 
+    // Another layer may take over without a close; a panel left behind would keep its Escape key and
+    // could not drop in again.
+    onStateChanged: if (state === "Off") loader.source = ""
+
     // The same panel again closes it, so that each command is a toggle.
     function load(qmlFile, rootState) {
         if (state === "On" && loader.source.toString() === qmlFile.toString()) {

@@ -79,6 +79,13 @@ Item {
             verify(open("PopupAudioSync"))
         }
 
+        function test_anotherLayerLeavesNoPanelBehind() {
+            open("PopupAudioSync")
+            popup.state = "Off" // as when the preferences are called
+            compare(loader.item, null)
+            verify(open("PopupAudioSync"))
+        }
+
         function test_anotherReplacesTheFirst() {
             open("PopupAudioSync")
             popup.load("qrc:/qml/popup/PopupOpenFile.qml", "Other")
@@ -176,6 +183,12 @@ Item {
             mouseClick(findChild(item, "expander"))
             tryCompare(item, "height", 500)
             verify(findChild(item, "notices").text.indexOf("Component 19") > 0)
+            var page = findChild(item, "popupScroll").flickableItem
+            for (var i = 0; i < 20; ++i)
+                keyClick(Qt.Key_PageDown)
+            compare(page.contentY, page.contentHeight - page.height)
+            keyClick(Qt.Key_Up)
+            compare(page.contentY, page.contentHeight - page.height - 40)
             mouseClick(findChild(item, "expander"))
             tryCompare(item, "height", 290)
         }

@@ -58,6 +58,25 @@ FocusScope {
             event.accepted = false
     }
 
+    // Content without a control of its own is read by the keys that move a page.
+    Keys.onPressed: {
+        var page = scroll.flickableItem.height - 40
+        var ways = {}
+        ways[Qt.Key_Up] = -40
+        ways[Qt.Key_Down] = 40
+        ways[Qt.Key_PageUp] = -page
+        ways[Qt.Key_PageDown] = page
+        event.accepted = event.key in ways
+        if (event.accepted)
+            scrollBy(ways[event.key])
+    }
+
+    function scrollBy(pixels) {
+        var flickable = scroll.flickableItem
+        var end = Math.max(0, flickable.contentHeight - flickable.height)
+        flickable.contentY = Math.max(0, Math.min(end, flickable.contentY + pixels))
+    }
+
     function reveal(item) {
         for (var parent = item; parent && parent !== body; parent = parent.parent) {}
         if (!parent)
