@@ -24,7 +24,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   ffmpeg libavformat-dev g++-mingw-w64-x86-64-posix
   xdotool openbox python3
-  exiv2 libimage-exiftool-perl libvips-tools libomp-14-dev
+  exiv2 libimage-exiftool-perl libvips-tools libomp-14-dev openssl
 )
 
 packages=("${build_packages[@]}" "${run_packages[@]}")

@@ -181,7 +181,7 @@ TEST_P(ProvidersTest, WhichAnswersCountAsTaken)
          HttpServer::reply("200 OK", QByteArray("{\"status\":\"ok\"}\0x", 17)),
          {0, 0}},
         {"nonsense", HttpServer::reply("200 OK", "\xff\xfe"), {0, 1}},
-        {"endless", HttpServer::reply("200 OK", QByteArray(8 << 20, ' ')), {0, 1}},
+        {"endless", HttpServer::reply("200 OK", QByteArray(100 << 20, ' ')), {0, 1}},
         {"server error", HttpServer::reply("500 Oops", R"({"status":"ok"})"), {1, 1}},
         {"forbidden", HttpServer::reply("403 No", R"({"status":"ok"})"), {1, 1}},
         {"redirect", redirect, {1, 1}},
@@ -199,6 +199,16 @@ TEST_P(ProvidersTest, WhichAnswersCountAsTaken)
         finish();
         EXPECT_EQ(waiting(), QVector<int>({0, 0}));
     }
+}
+
+TEST_P(ProvidersTest, AServerThatNobodyVouchesForGetsNothing)
+{
+    server.encrypt();
+    make();
+    batch({"event"});
+    finish();
+    EXPECT_EQ(waiting(), QVector<int>({1, 1}));
+    EXPECT_TRUE(server.requests.isEmpty());
 }
 
 TEST_P(ProvidersTest, OfflineLosesAndDoublesNothing)

@@ -5,7 +5,10 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QTcpSocket>
+#include <QFile>
+#include <QProcess>
+#include <QSslSocket>
+#include <QTemporaryDir>
 
 namespace test {
 
@@ -39,7 +42,39 @@ void HttpServer::restart()
 
 QString HttpServer::address() const
 {
-    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+    return QStringLiteral("%1://127.0.0.1:%2")
+        .arg(m_server.key.isNull() ? "http" : "https")
+        .arg(m_port);
+}
+
+void HttpServer::encrypt()
+{
+    const QTemporaryDir folder;
+    QFile key(folder.filePath("key"));
+    QFile certificate(folder.filePath("certificate"));
+    QProcess maker;
+    maker.start("openssl",
+                {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=127.0.0.1",
+                 "-keyout", key.fileName(), "-out", certificate.fileName()});
+    EXPECT_TRUE(maker.waitForFinished());
+    EXPECT_TRUE(key.open(QIODevice::ReadOnly) && certificate.open(QIODevice::ReadOnly));
+    m_server.key = QSslKey(key.readAll(), QSsl::Rsa);
+    m_server.certificate = QSslCertificate(certificate.readAll());
+    EXPECT_FALSE(m_server.key.isNull() || m_server.certificate.isNull());
+}
+
+void HttpServer::Listener::incomingConnection(qintptr handle)
+{
+    if (key.isNull()) {
+        QTcpServer::incomingConnection(handle);
+        return;
+    }
+    auto *socket = new QSslSocket(this);
+    socket->setSocketDescriptor(handle);
+    socket->setLocalCertificate(certificate);
+    socket->setPrivateKey(key);
+    socket->startServerEncryption();
+    addPendingConnection(socket);
 }
 
 QByteArray HttpServer::reply(const QByteArray &status, const QByteArray &body)

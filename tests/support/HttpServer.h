@@ -4,6 +4,8 @@
 // back what the test says, well formed or not. Lives on the thread of the test's event loop.
 
 #include <QByteArray>
+#include <QSslCertificate>
+#include <QSslKey>
 #include <QString>
 #include <QTcpServer>
 #include <QVector>
@@ -36,6 +38,8 @@ public:
 
     /// "http://127.0.0.1:<port>"; stays the same over stop() and restart().
     QString address() const;
+    /// From now on an https server, with a certificate that nobody has signed.
+    void encrypt();
     void setAnswer(Answer answer) { m_answer = std::move(answer); }
     /// Refuses connections from now on, or takes them again.
     void stop() { m_server.close(); }
@@ -46,9 +50,20 @@ public:
     static QByteArray reply(const QByteArray &status, const QByteArray &body);
 
 private:
+    /// Speaks TLS where it has a key.
+    class Listener : public QTcpServer
+    {
+    public:
+        QSslCertificate certificate;
+        QSslKey key;
+
+    protected:
+        void incomingConnection(qintptr handle) override;
+    };
+
     void read(QTcpSocket *socket);
 
-    QTcpServer m_server;
+    Listener m_server;
     Answer m_answer;
     quint16 m_port = 0;
 };

@@ -106,7 +106,7 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
     const QByteArray elsewhere = "HTTP/1.1 302 Found\r\nLocation: /stable/other\r\n"
                                  "Content-Length: 0\r\nConnection: close\r\n\r\n";
     const QByteArray cut = "HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n2.3.2.400_2017-02-14\n";
-    const QByteArray endless = ok("2.3.2.400_2017-02-14\n" + QByteArray(8 << 20, 'x'));
+    const QByteArray endless = ok("2.3.2.400_2017-02-14\n" + QByteArray(100 << 20, 'x'));
     const struct
     {
         const char *name;
@@ -177,6 +177,21 @@ TEST(UpdateManager, SendsNothingWithoutNeedOrServer)
         test::settle();
         EXPECT_EQ(resolved.count(), 0);
     }
+}
+
+TEST(UpdateManager, AServerThatNobodyVouchesForIsNoAnswer)
+{
+    HttpServer server(Site{ok("2.3.2.400_2017-02-14"), {}});
+    server.encrypt();
+    KSettingsManager store = KSettingsManager::ForUser();
+    store.Remove(kKey);
+    KUpdateManager manager(server.address(), &store);
+    QSignalSpy latest(&manager, &KUpdateManager::AlreadyLatestVersion);
+    manager.Start("lnd", "2.3.1.400", {});
+    EXPECT_TRUE(test::eventually([&] { return !manager.isChecking(); }));
+    EXPECT_TRUE(server.requests.isEmpty());
+    EXPECT_EQ(latest.count(), 0);
+    EXPECT_FALSE(store.GetDateTime(kKey, QDateTime()).isValid());
 }
 
 TEST(UpdateManager, ARequestOfTheUserJoinsTheCheckUnderWay)
