@@ -404,6 +404,16 @@ Item {
             verify(findChild(row("printSavePath"), "folder").path.length > 1)
         }
 
+        function test_theHintFollowsThePointerFromRowToRow() {
+            show("masterSlave")
+            mouseClick(findChild(row("state"), "choice_2"))
+            waitForRendering(settings, 200)
+            mouseMove(findChild(row("urlMode"), "choice_1"), 10, 10)
+            tryCompare(findChild(settings, "hintLine"), "text", row("urlMode").hint)
+            verify(!row("state").pointed)
+            settings.restoreDefaultValues("masterSlave")
+        }
+
         // --- Leaving ------------------------------------------------------------------------------
 
         function test_leaving_data() {

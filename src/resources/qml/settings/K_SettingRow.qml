@@ -1,13 +1,14 @@
 import QtQuick 2.15
 import com.vedra.kontrols 1.0
 
-// A label and its control, beside each other where there is room.
-Item {
+// A label and its control, beside each other where there is room. The pointer over a control is over
+// its row too, which holds of an area around both but not of a handler beside them.
+MouseArea {
     id: root
 
     property string label
     property string hint
-    readonly property bool pointed: hover.hovered
+    readonly property bool pointed: containsMouse
     readonly property bool focused: slot.activeFocus
 
     default property alias control: slot.data
@@ -15,10 +16,10 @@ Item {
     readonly property bool wide: width >= 600
     readonly property real labelWidth: 190
 
+    hoverEnabled: true
+    acceptedButtons: Qt.NoButton
     width: parent ? parent.width : 0
     height: (wide ? Math.max(slot.height, text.height) : text.height + 6 + slot.height) + 16
-
-    HoverHandler { id: hover }
 
     Rectangle {
         anchors.fill: parent
