@@ -189,6 +189,9 @@ Item {
             compare(page.contentY, page.contentHeight - page.height)
             keyClick(Qt.Key_Up)
             compare(page.contentY, page.contentHeight - page.height - 40)
+            for (i = 0; i < 20; ++i)
+                keyClick(Qt.Key_PageUp)
+            compare(page.contentY, 0)
             mouseClick(findChild(item, "expander"))
             tryCompare(item, "height", 290)
         }
