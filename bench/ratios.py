@@ -9,7 +9,7 @@ not exceed the baseline's.
 import json
 import sys
 
-SKIPPED = ("real_time", "process_time", "manual_time", "iterations:1")
+SKIPPED = ("real_time", "process_time", "manual_time", "iterations:1", "repeats:1")
 
 
 def collect(paths):

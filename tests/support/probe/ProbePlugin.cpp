@@ -8,6 +8,7 @@
 //   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
 //   loader NAME [NUMBER] a function of the scene's media loader
 //   pixel X Y           colour on the screen at a fraction of the window's size
+//   first-frame         when the window first showed something, in nanoseconds of the steady clock
 //   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
 //   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
 
@@ -23,6 +24,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -63,6 +65,24 @@ public:
     {
         connect(&m_input, &QSocketNotifier::activated, this, &Probe::readCommands);
         connect(&m_sweep, &QTimer::timeout, this, &Probe::step);
+        qApp->installEventFilter(this);
+    }
+
+    /// Meets the window when it comes up.
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *window = qobject_cast<QQuickView *>(object);
+        if (window && event->type() == QEvent::Expose) {
+            connect(
+                window, &QQuickWindow::frameSwapped, window,
+                [this] {
+                    if (m_firstFrame == 0)
+                        m_firstFrame = nanoseconds();
+                },
+                Qt::DirectConnection);
+            qApp->removeEventFilter(this);
+        }
+        return QObject::eventFilter(object, event);
     }
 
 private slots:
@@ -149,6 +169,8 @@ private:
                 .name()
                 .toLatin1();
         }
+        if (words.first() == "first-frame")
+            return QByteArray::number(m_firstFrame);
         if (words.first() == "trace") {
             connect(view(), SIGNAL(rotationMatrixChanged()), this, SLOT(traceRotation()));
             return "ok";
@@ -205,6 +227,7 @@ private:
     QByteArray m_pending;
     QTimer m_sweep;
     int m_steps = 0;
+    std::atomic<qint64> m_firstFrame{0}; // written by the thread that draws
 };
 
 class ProbePlugin : public QGenericPlugin
