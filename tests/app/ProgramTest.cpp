@@ -63,6 +63,13 @@ protected:
         desktop.xdotool({"mousemove", "--window", window, QString::number(x), QString::number(y)});
     }
 
+    void click(int x, int y) const
+    {
+        point(x, y);
+        desktop.xdotool({"click", "1"});
+        QThread::msleep(150);
+    }
+
     void keys(const QStringList &names) const
     {
         // One call each: what a key opens must be there before the next one comes.
@@ -219,6 +226,12 @@ TEST_F(Program, SettingsOfEveryCategoryAreThereAtTheNextStart)
 {
     start({});
     openSettings();
+    click(711, 307);                                           // output display: split screen
+    click(569, 359);                                           // touch mode: off
+    click(614, 466);                                           // image display duration: 31
+    click(100, 322);                                           // to the last category
+    click(478, 125);                                           // force opengl: on
+    click(100, 122);                                           // and back to the first
     keys({"Tab", "Right", "shift+Tab"});                       // input type: cubemap
     keys({"Down", "Tab", "Tab", "Tab", "Left"});               // hardware decoding: on
     keys({"shift+Tab", "shift+Tab", "shift+Tab"});             // back to the categories
@@ -233,6 +246,10 @@ TEST_F(Program, SettingsOfEveryCategoryAreThereAtTheNextStart)
     EXPECT_EQ(output(), QByteArray());
 
     for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(stored("application/output/display").toString(), "split");
+        EXPECT_FALSE(stored("application/general/touchMode").toBool());
+        EXPECT_EQ(stored("application/playlist/imageDisplayDuration").toInt(), 31);
+        EXPECT_TRUE(stored("application/advanced/forceopengl").toBool());
         EXPECT_EQ(stored("application/input/projection").toInt(), 2);
         EXPECT_TRUE(stored("vlc/hardwareDecoding").toBool());
         EXPECT_EQ(stored("vlc/audioDelay").toInt(), 2);
@@ -249,12 +266,15 @@ TEST_F(Program, RestartsToApplyAndComesBackWithIt)
 {
     start({});
     openSettings();
-    keys({"Down", "Down", "Down", "Tab", "Right", "Right"}); // communication: slave
+    click(100, 242); // master and slave
+    click(660, 125); // communication: slave
+    click(619, 229); // url decoding: movies
     desktop.screenshot("restart-to-apply");
-    keys({"shift+Tab", "shift+Tab", "Return"});
+    click(160, 65); // restart
     ASSERT_TRUE(player.waitForFinished(kPatienceMs));
     EXPECT_EQ(player.exitCode(), 123456789 & 0xff);
     EXPECT_EQ(stored("application/communication/state").toString(), "slave");
+    EXPECT_EQ(stored("application/communication/urlMode").toInt(), 1);
 
     // The next program is nobody's child; a slave listens on its port.
     QString next;
@@ -275,6 +295,26 @@ TEST_F(Program, RestartsToApplyAndComesBackWithIt)
     desktop.xdotool({"windowactivate", "--sync", next, "key", "alt+F4"});
     EXPECT_TRUE(eventually([&] { return !QFile::exists("/proc/" + pid); }));
     EXPECT_EQ(stored("application/communication/state").toString(), "slave");
+}
+
+TEST_F(Program, AChordOpensTheCrashManager)
+{
+    start({});
+    const auto reporter = [this] {
+        return desktop.xdotool({"search", "--onlyvisible", "--class", "KCrashReporter_linux"});
+    };
+    desktop.xdotool({"windowactivate", "--sync", window, "keydown", "ctrl", "keydown", "shift",
+                     "keydown", "c", "keyup", "c", "keydown", "h", "keyup", "h"});
+    QThread::msleep(500);
+    EXPECT_EQ(reporter(), "") << "one after the other is no chord";
+    desktop.xdotool({"keydown", "c", "keydown", "h", "keyup", "c", "keyup", "h", "keyup", "shift",
+                     "keyup", "ctrl"});
+    ASSERT_TRUE(eventually([&] { return !reporter().isEmpty(); }));
+    QThread::msleep(500);
+    desktop.screenshot("crash-manager");
+    desktop.xdotool({"windowactivate", "--sync", reporter(), "key", "Escape"});
+    EXPECT_TRUE(eventually([&] { return reporter().isEmpty(); }));
+    EXPECT_EQ(close(), 0);
 }
 
 TEST_F(Program, AKilledRunSavesNothing)
