@@ -139,38 +139,3 @@ TEST(EventCoding, RecordsByteForByte)
     EXPECT_EQ(record["session"].toString(), "own");
     EXPECT_EQ(record["value"], QJsonValue(true));
 }
-
-TEST(EventCoding, SystemsOfTheUserAgent)
-{
-    const struct
-    {
-        int version;
-        const char *text;
-    } rows[] = {{0x80, "Windows;U;Windows NT 6.0"},   {0x90, "Windows;U;Windows NT 6.1"},
-                {0xa0, "Windows;U;Windows NT 6.2 "},  {0xb0, "Windows;U;Windows NT 6.3 "},
-                {0xc0, "Windows;U;Windows NT 10.0 "}, {0x30, "Windows;U;Windows"}};
-    for (const auto &row : rows)
-        EXPECT_EQ(EventCoding::systemText(row.version), row.text);
-}
-
-// The token was computed with sha512sum.
-TEST(EventCoding, TokenAndItsAnswers)
-{
-    EXPECT_EQ(EventCoding::accessToken("1804289383", "2017-02-14T12:00:00Z",
-                                       "01234567-89ab-4cde-8f01-23456789abcd"),
-              "0eab3bf7ae5caff708d6a3f598bd9a4fd4499bbdacf0eb0c09f43056d2aaeeee"
-              "f3fcfac11a4e03772956faffe48d4ab16fb9c65454429d6d8e9c7a333136fd2e");
-    const struct
-    {
-        const char *body;
-        bool accepted;
-    } rows[] = {{R"({"status":"ok"})", true},
-                {R"({"status":"OK","x":[1]})", true},
-                {R"({"status":"KO"})", false},
-                {R"({"status":1})", false},
-                {R"(["status","ok"])", false},
-                {R"({"status":"ok")", false},
-                {"", false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(EventCoding::collectorAccepted(row.body), row.accepted) << row.body;
-}

@@ -108,7 +108,7 @@ TEST(Choices, TextsBecomeUrls)
         const char *suffix;
     } rows[] = {{"/a b/c.JPG", "file:///a b/c.JPG", "jpg"},
                 {"http://h/x.mp4?k=1", "http://h/x.mp4?k=1", "mp4?k=1"},
-                {"rtsp://h/x", "rtsp://h/x", ""},
+                {"rtsp://h/a b c", "rtsp://h/a b c", ""},
                 {"udp://@:1234", "udp://@:1234", ""},
                 {"file:///d/e.tar.gz", "file:///d/e.tar.gz", "gz"},
                 {"ftp://h/x.mp4", "file:ftp://h/x.mp4", "mp4"}};

@@ -1,5 +1,6 @@
 // The whole program in one process: a real window, real pointer events, a real still.
 
+#include "analytics/KAnalyticsManager.h"
 #include "app/Application.h"
 #include "app/Deployment.h"
 #include "app/KDropArea.h"
@@ -14,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QMessageBox>
@@ -21,6 +23,7 @@
 #include <QProcess>
 #include <QQuickItem>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
@@ -38,7 +41,12 @@ protected:
         auto *application = static_cast<Application *>(qApp);
         updates = std::make_unique<test::HttpServer>(
             [](const auto &) { return test::HttpServer::reply("404 Not Found", ""); });
+        collector = std::make_unique<test::HttpServer>(
+            [](const auto &) { return test::HttpServer::reply("200 OK", R"({"status":"ok"})"); });
+        damageTheStoreOfEvents();
+        KAnalyticsManager::CreateInstance();
         Deployment deployment;
+        deployment.collectorServer = collector->address();
         deployment.updateServer = updates->address();
         deployment.productId = "lnd";
         application->setDeployment(deployment);
@@ -47,7 +55,22 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowExposed(application->view()));
     }
 
-    static void TearDownTestSuite() { updates.reset(); }
+    static void TearDownTestSuite()
+    {
+        KAnalyticsManager::DestroyInstance();
+        collector.reset();
+        updates.reset();
+    }
+
+    /// As an earlier run may have left it on a failing disk.
+    static void damageTheStoreOfEvents()
+    {
+        const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DataLocation));
+        QDir().mkpath(folder.path());
+        QFile store(folder.filePath("68c4283db8074b12df1660b31c0220a9"));
+        ASSERT_TRUE(store.open(QIODevice::WriteOnly));
+        store.write(QByteArray(20000, 'x'));
+    }
 
     Scene()
     {
@@ -105,6 +128,7 @@ protected:
     }
 
     static inline std::unique_ptr<test::HttpServer> updates;
+    static inline std::unique_ptr<test::HttpServer> collector;
     test::WarningGuard guard;
     Application *application = static_cast<Application *>(qApp);
     KQQuickView *view = application->view();
@@ -316,6 +340,11 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
     open(write("half.jpg", bytes.left(bytes.size() / 2)));
     open(kSample);
     guard.take();
+}
+
+TEST_F(Scene, UsageIsReportedOverADamagedStore)
+{
+    EXPECT_TRUE(QTest::qWaitFor([] { return collector->requests.size() == 8; }, 10000));
 }
 
 TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
