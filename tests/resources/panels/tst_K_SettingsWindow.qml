@@ -365,15 +365,21 @@ Item {
         function test_customAddress_data() {
             return [{ tag: "four", typed: ["10", "0", "255", "7"], address: "10.0.255.7" },
                     { tag: "empty counts as 0", typed: ["1", "", "", "4"], address: "1.0.0.4" },
+                    { tag: "damaged store", stored: "999.x", typed: ["1", "2", "3", "4"],
+                      shown: "255.0.0.0", address: "1.2.3.4" },
                     { tag: "too large", typed: ["256", "999", "300", "1"], address: "25.99.30.1" },
                     { tag: "no number", typed: ["a1", "-2", "3.", " 4"], address: "1.2.3.4" }]
         }
         function test_customAddress(data) {
             kSettings.set(prefix + "communication/state", "master")
             kSettings.set(prefix + "communication/ipMode", "custom")
+            if (data.stored)
+                kSettings.set(prefix + "communication/ipCustom", data.stored)
             show("masterSlave")
             for (var i = 0; i < 4; ++i) {
                 var field = findChild(row("ip"), "ip_" + i)
+                if (data.shown)
+                    compare(field.text, data.shown.split(".")[i])
                 type(field, data.typed[i])
                 if (data.typed[i] === "")
                     keyClick(Qt.Key_Delete)

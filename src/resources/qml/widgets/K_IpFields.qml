@@ -11,10 +11,12 @@ Row {
 
     signal edited(string address)
 
+    function numberOf(text) { return Math.max(0, Math.min(255, parseInt(text, 10) || 0)) }
+
     function compose() {
         var parts = []
         for (var i = 0; i < 4; ++i)
-            parts.push(String(parseInt(fields.itemAt(i).text, 10) || 0))
+            parts.push(numberOf(fields.itemAt(i).text))
         var composed = parts.join(".")
         if (composed !== address)
             edited(composed)
@@ -31,7 +33,8 @@ Row {
         TextField {
             id: field
 
-            function showNumber() { text = root.numbers[index] || "0" }
+            // A store may hold anything.
+            function showNumber() { text = root.numberOf(root.numbers[index]) }
 
             objectName: "ip_" + index
             width: 58
