@@ -82,6 +82,9 @@ FocusScope {
                               initialVlcCustomInstanceArguments)
     }
 
+    // The page that had the focus at the last visit is gone.
+    onVisibleChanged: if (visible) categoriesList.forceActiveFocus()
+
     function goBack() {
         if (restartNeeded)
             kGlobalObject.restart()
@@ -120,7 +123,7 @@ FocusScope {
     // Brings what has the focus into sight.
     function reveal(item) {
         var flickable = scroll.flickableItem
-        for (var parent = item; parent && parent !== page; parent = parent.parent) {}
+        for (var parent = item && item.parent; parent && parent !== page; parent = parent.parent) {}
         if (!parent || !flickable)
             return
         var top = item.mapToItem(page, 0, 0).y

@@ -464,6 +464,16 @@ Item {
             compare(settings.asked, ["Settings"])
         }
 
+        function test_eachVisitBeginsAtTheCategories() {
+            show("general")
+            row("enableAnalytics")
+            findChild(row("printSavePath"), "folder").forceActiveFocus()
+            settings.state = "Off"
+            settings.state = "On"
+            compare(root.Window.activeFocusItem.objectName, "category_general")
+            compare(findChild(settings, "scroll").flickableItem.contentY, 0)
+        }
+
         function test_arrowsGoThroughTheCategories() {
             show("general")
             for (var i = 1; i < settings.categories.length; ++i) {

@@ -28,8 +28,7 @@ Column {
     K_PlainText {
         objectName: "text"
         width: parent.width
-        visible: text !== ""
-        text: root.text
+        text: root.text || qsTr("Nothing to report.")
         wrapMode: Text.WrapAtWordBoundaryOrAnywhere
     }
     K_RichText {
