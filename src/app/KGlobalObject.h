@@ -200,7 +200,7 @@ public:
     Q_INVOKABLE void setVlcCustomCmd(const QString &kind, const QString &text);
     /// The components in this build and their licences, as rich text.
     Q_INVOKABLE QString aboutThirdParty() const;
-    /// Whether files can be made in a folder of this machine.
+    /// Whether files can be made in a folder of this machine, or the folder itself can.
     Q_INVOKABLE bool isWritableFolder(const QUrl &folder) const;
 
     Q_INVOKABLE void hideCursor();

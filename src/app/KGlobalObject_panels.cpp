@@ -7,6 +7,7 @@
 #include "video/VlcConfig.h"
 #include "video/VlcInstance.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -56,6 +57,11 @@ QString KGlobalObject::aboutThirdParty() const
 
 bool KGlobalObject::isWritableFolder(const QUrl &folder) const
 {
-    const QFileInfo info(folder.toLocalFile());
-    return info.isDir() && info.isWritable();
+    const QString path = folder.toLocalFile();
+    if (path.isEmpty())
+        return false;
+    QFileInfo nearest(QDir::cleanPath(QLatin1Char('/') + path));
+    while (!nearest.exists() && !nearest.isRoot())
+        nearest.setFile(nearest.path());
+    return nearest.isDir() && nearest.isWritable();
 }

@@ -292,3 +292,24 @@ TEST_F(ViewState, DisplayAndTouchFollowTheSettingsOfThisRun)
         EXPECT_EQ(state->loopMode(), value % 3);
     }
 }
+
+TEST_F(ViewState, AFolderIsWritableWhereItOrWhatItWillStandInIs)
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const struct
+    {
+        QUrl url;
+        bool writable;
+    } rows[] = {{QUrl::fromLocalFile(folder.path()), true},
+                {QUrl::fromLocalFile(folder.filePath("new/deeper")), true},
+                {QUrl::fromLocalFile(file.fileName()), false},
+                {QUrl::fromLocalFile(file.fileName() + "/below"), false},
+                {QUrl("http://host/folder"), false},
+                {QUrl(), false},
+                {QUrl("file:"), false}};
+    for (const auto &row : rows)
+        EXPECT_EQ(state->isWritableFolder(row.url), row.writable)
+            << row.url.toString().toStdString();
+}
