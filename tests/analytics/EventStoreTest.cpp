@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -64,6 +65,24 @@ void fill(KAnalyticsDb &db)
     for (int i = 0; i < 300; ++i)
         db.addEvent(*event(QString::number(i)));
 }
+
+/// A file system of 64 KiB, where one may be mounted.
+struct SmallDisk
+{
+    QTemporaryDir folder;
+    const bool mounted = mount("size=64k");
+
+    ~SmallDisk()
+    {
+        if (mounted)
+            QProcess::execute("umount", {folder.path()});
+    }
+    bool mount(const QString &options) const
+    {
+        return QProcess::execute("mount", {"-t", "tmpfs", "-o", options, "tmpfs", folder.path()}) ==
+               0;
+    }
+};
 
 } // namespace
 
@@ -196,30 +215,31 @@ TEST(EventStore, WhatCannotBeOpenedIsLeftAlone)
     EXPECT_EQ(names(first->takeEvents()), QStringList("a"));
 }
 
-TEST(EventStore, AFullOrReadOnlyDiskLosesRowsQuietly)
+TEST(EventStore, AReadOnlyOrFullDiskLosesRowsQuietly)
 {
-    QTemporaryDir mountPoint;
-    const QStringList mount{"-t", "tmpfs", "-o", "size=64k", "tmpfs", mountPoint.path()};
-    if (QProcess::execute("mount", mount) != 0)
+    const SmallDisk disk;
+    if (!disk.mounted)
         GTEST_SKIP() << "a small file system cannot be mounted here";
-    {
-        test::WarningGuard guard({"openDb"});
-        KAnalyticsDb db("full", "QSQLITE", mountPoint.filePath("store"));
-        ASSERT_TRUE(db.openDb());
-        fill(db);
-        for (int i = 0; i < 20; ++i)
-            db.addEvent(*event(QString(8000, 'x')));
-    }
+    test::WarningGuard guard({"openDb"});
+    const auto open = [&disk] {
+        auto db = std::make_unique<KAnalyticsDb>("disk", "QSQLITE", disk.folder.filePath("store"));
+        db->openDb();
+        return db;
+    };
+    open()->addEvent(*event("kept"));
+    ASSERT_TRUE(disk.mount("remount,ro"));
+    open()->addEvent(*event("lost"));
     // What cannot be deleted is not handed out, as it would be sent at every start.
-    EXPECT_EQ(QProcess::execute("mount", {"-o", "remount,ro", mountPoint.path()}), 0);
-    {
-        test::WarningGuard guard({"openDb"});
-        KAnalyticsDb db("readonly", "QSQLITE", mountPoint.filePath("store"));
-        db.openDb();
-        EXPECT_EQ(db.takeEvents(), QStringList());
-        db.addEvent(*event("lost"));
-    }
-    EXPECT_EQ(QProcess::execute("umount", {mountPoint.path()}), 0);
+    EXPECT_EQ(open()->takeEvents(), QStringList());
+    ASSERT_TRUE(disk.mount("remount,rw"));
+    EXPECT_EQ(names(open()->takeEvents()), QStringList("kept"));
+
+    const auto db = open();
+    fill(*db);
+    for (int i = 0; i < 20; ++i)
+        db->addEvent(*event(QString(8000, 'x')));
+    EXPECT_LE(QFileInfo(db->filePath()).size(), 64 * 1024);
+    db->close();
 }
 
 TEST(EventFile, ServesLikeTheDatabase)
