@@ -13,7 +13,7 @@ FocusScope {
     property var headset: kHmdDevice
     property var realSense: kRealSense
 
-    readonly property bool radians: kSettings.getTyped(unitKey) === true && unitTick >= 0
+    readonly property bool radians: unitTick >= 0 && kSettings.getTyped(unitKey)
     readonly property string unitKey: "application/general/yprRadUnit"
     readonly property string unit: radians ? "rd" : "°"
     readonly property real toShown: radians ? 1 : 180 / Math.PI
@@ -76,7 +76,8 @@ FocusScope {
             stepSize: root.shownStep
             suffix: root.unit
             onNumericValueChanged: {
-                if (Math.abs(root.number(numericValue) - field.shownValue) > 1 / root.precision)
+                // What differs less is the rounding of what is shown, not a value typed.
+                if (Math.abs(root.number(numericValue) - field.shownValue) > 0.5 / root.precision)
                     field.entered(root.number(numericValue))
             }
             onKeyPressed: {

@@ -27,6 +27,7 @@ Item {
 
     Image {
         id: picture
+        objectName: "picture"
         anchors.centerIn: parent
         width: 128
         height: 128
