@@ -146,6 +146,9 @@ Item {
             compare(slider.width, 0)
             mouseMove(child("soundButton"), 15, 15)
             tryCompare(slider, "width", 100)
+            mouseMove(slider, 25, 5)
+            wait(400) // longer than it would take to close
+            compare(slider.width, 100)
             mouseClick(slider, 25, 5)
             compare(root.taken(), ["kept 0.25"])
 

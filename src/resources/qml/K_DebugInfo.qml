@@ -119,17 +119,22 @@ FocusScope {
                 objectName: "resetButton"
                 text: qsTr("Reset")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 onClicked: kGlobalObject.resetYawPitchRollFov()
             }
             Button {
                 objectName: "radButton"
                 text: qsTr("Rad")
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 enabled: !root.radians
                 onClicked: kSettings.set(root.unitKey, true)
             }
             Button {
                 objectName: "degButton"
                 text: qsTr("Deg")
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 enabled: root.radians
                 onClicked: kSettings.set(root.unitKey, false)
             }

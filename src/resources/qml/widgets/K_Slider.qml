@@ -14,6 +14,7 @@ Item {
     // Emits while the pointer moves, not at its release alone.
     property bool live: false
 
+    readonly property alias pressed: area.pressed
     readonly property real shown: area.pressed ? area.fraction : clamp(progression)
 
     signal moved(real newProgression)

@@ -30,7 +30,7 @@ Controls.MenuBar {
             color: root.Theme.colors.background
         }
         itemDelegate: Rectangle {
-            implicitWidth: title.implicitWidth + (root.narrow ? 10 : 20)
+            implicitWidth: title.implicitWidth + (root.narrow ? 13 : 20)
             implicitHeight: 28
             color: styleData.open ? root.Theme.colors.selection
                  : styleData.selected ? Style.faint(root.Theme.colors.foreground, 0.14) : "transparent"
