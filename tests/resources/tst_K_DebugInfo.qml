@@ -69,12 +69,13 @@ Item {
                       shown: "180.000" },
                     { tag: "fov radians", field: "Fov", rad: true, text: "2", fov: 360 / Math.PI,
                       shown: "2.000" },
-                    { tag: "no number", field: "Yaw", text: "-", yaw: 0, shown: "0.00" }]
+                    { tag: "no number", field: "Yaw", text: "-", from: 1, yaw: 0, shown: "0.00" }]
         }
         function test_typedValuesReachTheCamera(row) {
             // By its buttons, and back.
             mouseClick(findChild(panel, row.rad ? "radButton" : "degButton"))
             compare(box("Yaw").suffix, row.rad ? "rd" : "°")
+            kGlobalObject.yaw = row.from || 0
             type(row.field, row.text)
             fuzzyCompare(kGlobalObject.yaw, row.yaw || 0, 1e-6)
             fuzzyCompare(kGlobalObject.pitch, row.pitch || 0, 1e-6)

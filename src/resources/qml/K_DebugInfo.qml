@@ -75,10 +75,10 @@ FocusScope {
             decimals: root.shownDecimals
             stepSize: root.shownStep
             suffix: root.unit
-            onNumericValueChanged: {
-                // What differs less is the rounding of what is shown, not a value typed.
-                if (Math.abs(root.number(numericValue) - field.shownValue) > 0.5 / root.precision)
-                    field.entered(root.number(numericValue))
+            onValueEdited: {
+                field.entered(root.number(value))
+                // The camera may have taken another, or the same by another name.
+                numericValue = field.shownValue
             }
             onKeyPressed: {
                 if (event.key === Qt.Key_H) {

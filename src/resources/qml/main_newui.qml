@@ -190,6 +190,7 @@ FocusScope {
 
     MessageDialog {
         id: messageDialog
+        objectName: "messageDialog"
         title: kView.title()
         modality: Qt.ApplicationModal
     }
