@@ -207,33 +207,6 @@ TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
     EXPECT_EQ(store.value("application/general/cameraInertia").toInt(), 0);
 }
 
-TEST_F(Program, TakesTheProjectionFromTheStore)
-{
-    QImage pictures[2];
-    const int projections[2] = {1, 2};
-    for (int i = 0; i < 2; ++i) {
-        QSettings store(settingsFile(), QSettings::IniFormat);
-        store.setValue("application/output/projection", projections[i]);
-        store.sync();
-        start({kSample});
-        const QString name = QStringLiteral("projection-%1").arg(projections[i]);
-        // The cube alone may be small under a wide projection; the plaza always fills the lower
-        // half.
-        EXPECT_TRUE(eventually([&] {
-            pictures[i] = desktop.screenshot(name);
-            const QColor c = pictures[i].pixelColor(640, 500);
-            return c.red() > 80 && c.red() > c.blue() + 15;
-        }));
-        EXPECT_EQ(close(), 0);
-    }
-    int different = 0;
-    for (int y = 0; y < pictures[0].height(); y += 4) {
-        for (int x = 0; x < pictures[0].width(); x += 4)
-            different += pictures[0].pixel(x, y) != pictures[1].pixel(x, y) ? 1 : 0;
-    }
-    EXPECT_GT(different, 5000);
-}
-
 TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
 {
     // Newest first: a still, a film, a still; with names that are no plain words.
