@@ -28,7 +28,8 @@ PlayListContents failed(const QString &error)
 PlayListContents readFile(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    // A pipe would keep the player waiting, and a device would never end.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return failed(translated("Error : cannot open file .orpl"));
     return parse(file.readAll(), QFileInfo(path).absolutePath());
 }

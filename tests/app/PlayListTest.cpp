@@ -8,9 +8,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -135,6 +140,10 @@ TEST_F(PlayList, PlaylistFilesGiveMediaOrAnError)
         {"{}", {"open  !Error : json is not an array"}, 0},
         {"[]", {"open  !Error : json is empty"}, 0},
         {"[{\"media\":\"a.jpg\"}]", {"open a.jpg"}, 0},
+        {"\xEF\xBB\xBF[{\"media\":\"bom.jpg\"}]", {"open bom.jpg"}, 0},
+        {"", {"open  !Error : cannot parse json"}, 0},
+        // It names itself, which is opened like any medium and never read again.
+        {"[{\"media\":\"list.orpl\"},{\"media\":\"list.orpl\"}]", {"open list.orpl"}, 2},
         {"[7,{\"media\":5}]", {QString("open ") + QDir(folder.path()).dirName()}, 2},
         {"[{\"media\":\"a.jpg\",\"stereo\":\"OverUnder\",\"logo\":\"l.png\",\"thumb\":\"t.png\"},"
          "{\"media\":\"/abs/b.jpg\"}]",
@@ -153,9 +162,41 @@ TEST_F(PlayList, PlaylistFilesGiveMediaOrAnError)
     EXPECT_EQ(list->getThumb(first), QUrl::fromLocalFile(folder.filePath("t.png")));
     EXPECT_TRUE(list->getThumb(second).isEmpty());
 
-    list->openFile(folder.filePath("missing.orpl"));
-    EXPECT_EQ(taken(), QStringList{"open  !Error : cannot open file .orpl"});
-    EXPECT_TRUE(list->getPlayList().isEmpty());
+    // A pipe would never end.
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder.filePath("pipe.orpl")), 0600), 0);
+    ASSERT_TRUE(QDir(folder.path()).mkdir("folder.orpl"));
+    for (const char *name : {"missing.orpl", "pipe.orpl", "folder.orpl"}) {
+        list->openFile(folder.filePath(name));
+        EXPECT_EQ(taken(), QStringList{"open  !Error : cannot open file .orpl"}) << name;
+        EXPECT_TRUE(list->getPlayList().isEmpty());
+    }
+
+    QByteArray many = "[";
+    for (int i = 0; i < 100000; ++i)
+        many += "{\"media\":\"clip " + QByteArray::number(i) + ".mp4\",\"stereo\":\"None\"},";
+    many.back() = ']';
+    list->openFile(write("many.orpl", many));
+    list->playListSetPrevious();
+    EXPECT_EQ(taken(), (QStringList{"open clip 0.mp4", "open clip 99999.mp4"}));
+}
+
+TEST_F(PlayList, NamesOfAnyKindStayWhatTheyAre)
+{
+    for (const char *name :
+         {"a b.jpg", "a#b.jpg", "50%25.jpg", "100%.jpg", "a?b=c&d.jpg", "\"quoted\" 'twice'.jpg",
+          "Z\xC3\xBCrich \xE6\x97\xA5\xE6\x9C\xAC.jpg"}) {
+        const QString path = write(QString::fromUtf8(name));
+        const QString thumb = write(QString::fromUtf8(name).chopped(3) + "png");
+        QJsonObject entry{{"media", QString::fromUtf8(name)}};
+        const QByteArray json = QJsonDocument(QJsonArray{entry, entry}).toJson();
+        for (const QStringList &opened : {QStringList{path, path}, {write("names.orpl", json)}}) {
+            list->openFiles(opened);
+            const QUrl medium = list->getPlayList().value(0);
+            EXPECT_EQ(medium.toLocalFile(), path);
+            EXPECT_TRUE(list->isImageFile(medium)) << name;
+            EXPECT_EQ(list->getThumb(medium).toLocalFile(), thumb);
+        }
+    }
 }
 
 TEST_F(PlayList, DirectoriesGiveTheirFilesNewestFirstUpToALimit)

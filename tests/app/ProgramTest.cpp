@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSettings>
@@ -15,7 +16,12 @@
 namespace {
 
 const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
+const QString kFilm = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4");
 constexpr int kPatienceMs = 30000;
+// Of the window as it first comes up.
+constexpr int kWidth = 1000;
+constexpr int kHeight = 600;
+constexpr int kPlayButtonWidth = 60;
 
 bool eventually(const std::function<bool()> &condition)
 {
@@ -138,6 +144,19 @@ RedCube findRedCube(const QImage &image)
     return cube;
 }
 
+/// How far the timeline is filled: the bluest row of the screen, but for the play button's.
+int playedColumns(const QImage &image)
+{
+    int most = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        int blue = 0;
+        for (int x = 0; x < image.width(); ++x)
+            blue += image.pixel(x, y) == qRgb(0x00, 0xa3, 0xda) ? 1 : 0;
+        most = std::max(most, blue);
+    }
+    return most > kPlayButtonWidth ? most : 0;
+}
+
 } // namespace
 
 TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
@@ -187,31 +206,135 @@ TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
     EXPECT_EQ(store.value("application/general/cameraInertia").toInt(), 0);
 }
 
-TEST_F(Program, TakesTheProjectionFromTheStore)
+TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
 {
-    QImage pictures[2];
-    const int projections[2] = {1, 2};
-    for (int i = 0; i < 2; ++i) {
+    // Newest first: a still, a film, a still; with names that are no plain words.
+    QTemporaryDir media;
+    const QStringList names{"one #1 50%.jpg", "film d'\u00e9t\u00e9.mp4", "three.jpg"};
+    const QStringList titles{"one %231 50%25.jpg", "film d'\u00e9t\u00e9.mp4", "three.jpg"};
+    for (int i = 0; i < names.size(); ++i) {
+        QFile file(media.filePath(names[i]));
+        ASSERT_TRUE(QFile::copy(i == 1 ? kFilm : kSample, file.fileName()));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-i * 10),
+                                     QFileDevice::FileModificationTime));
+    }
+    {
         QSettings store(settingsFile(), QSettings::IniFormat);
-        store.setValue("application/output/projection", projections[i]);
-        store.sync();
-        start({kSample});
-        const QString name = QStringLiteral("projection-%1").arg(projections[i]);
-        // The cube alone may be small under a wide projection; the plaza always fills the lower
-        // half.
-        EXPECT_TRUE(eventually([&] {
-            pictures[i] = desktop.screenshot(name);
-            const QColor c = pictures[i].pixelColor(640, 500);
-            return c.red() > 80 && c.red() > c.blue() + 15;
-        }));
-        EXPECT_EQ(close(), 0);
+        store.setValue("application/general/cameraInertia", 0);
+        store.setValue("application/general/printSavePath", media.path());
+        store.setValue("application/playlist/imageDisplayDurationNone", true);
     }
-    int different = 0;
-    for (int y = 0; y < pictures[0].height(); y += 4) {
-        for (int x = 0; x < pictures[0].width(); x += 4)
-            different += pictures[0].pixel(x, y) != pictures[1].pixel(x, y) ? 1 : 0;
+    start({});
+    const auto showsTitle = [&](int i) {
+        return eventually([&] {
+            return QString::fromUtf8(desktop.xdotool({"getwindowname", window}).toLatin1())
+                .endsWith('/' + titles[i]);
+        });
+    };
+    const auto cubeShows = [&](const char *name) {
+        return eventually([&] { return findRedCube(desktop.screenshot(name)).pixels > 500; });
+    };
+    desktop.screenshot("folder-start");
+
+    QProcess files;
+    files.setProcessEnvironment(desktop.environment(home.path()));
+    files.start(QStringLiteral(ORBILENS_DRAG_SOURCE), {media.path()});
+    ASSERT_TRUE(files.waitForStarted(kPatienceMs));
+    const QString source = desktop.windowOf(files);
+    ASSERT_FALSE(source.isEmpty());
+    desktop.xdotool({"mousemove", "--window", source, "40", "40"});
+    desktop.xdotool({"mousedown", "1"});
+    // Two programs talk at each step, so it takes a hand's time.
+    for (int x = 50; x < 110; x += 15) {
+        QThread::msleep(100);
+        desktop.xdotool({"mousemove", "--window", source, QString::number(x), "45"});
     }
-    EXPECT_GT(different, 5000);
+    for (int x = 300; x <= 500; x += 50) {
+        QThread::msleep(100);
+        point(x, 300);
+    }
+    QThread::msleep(300);
+    desktop.xdotool({"mouseup", "1"});
+    EXPECT_TRUE(showsTitle(0));
+    files.terminate();
+    EXPECT_TRUE(files.waitForFinished(kPatienceMs));
+    desktop.xdotool({"windowactivate", "--sync", window});
+    ASSERT_TRUE(cubeShows("folder-dropped")) << player.readAll().toStdString();
+
+    const int cube = findRedCube(desktop.screenshot("folder-dropped")).pixels;
+    keys({"ctrl+3"});
+    EXPECT_TRUE(eventually(
+        [&] { return findRedCube(desktop.screenshot("folder-little-planet")).pixels < cube / 3; }));
+    keys({"ctrl+1"});
+    EXPECT_TRUE(cubeShows("folder-orvex"));
+    keys({"h"});
+    point(kWidth - 140, kHeight - 264);
+    desktop.xdotool({"click", "1"});
+    keys({"ctrl+a", "minus", "9", "0", "Return"});
+    EXPECT_TRUE(eventually([&] {
+        return findRedCube(desktop.screenshot("folder-debug-panel")).pixels < cube / 10;
+    })) << "the camera looks to the side";
+    keys({"h", "z"});
+    EXPECT_TRUE(cubeShows("folder-reset"));
+    keys({"ctrl+p"});
+    EXPECT_TRUE(eventually([&] {
+        const QStringList taken = QDir(media.path()).entryList({"ORBLP_*.png"});
+        return !taken.isEmpty() && findRedCube(QImage(media.filePath(taken[0]))).pixels > 500;
+    })) << "a snapshot lies in the folder for them";
+
+    keys({"alt+Right"});
+    EXPECT_TRUE(showsTitle(1));
+    // The bar stays up while the pointer is low; a click on its line seeks, also while paused.
+    const int line = kHeight - 65;
+    point(500, line);
+    const auto seeks = [&](double to, const char *name) {
+        point(int(kWidth * to), line);
+        desktop.xdotool({"click", "1"});
+        return eventually([&] {
+            const QImage screen = desktop.screenshot(name);
+            return std::abs(playedColumns(screen) - kWidth * to) < kWidth / 20;
+        });
+    };
+    EXPECT_TRUE(eventually([&] { return playedColumns(desktop.screenshot("folder-film")) > 0; }));
+    keys({"space"});
+    EXPECT_TRUE(seeks(0.2, "folder-sought"));
+    EXPECT_TRUE(seeks(0.8, "folder-sought-again"));
+
+    point(130, kHeight - 30);
+    QThread::msleep(800); // the slider comes out
+    point(240, kHeight - 30);
+    QThread::msleep(500); // and stays out under the pointer
+    desktop.xdotool({"click", "1"});
+    desktop.screenshot("folder-volume");
+    point(130, kHeight - 30);
+    desktop.xdotool({"click", "1"});
+    desktop.screenshot("folder-muted");
+
+    const auto filled = [&] {
+        return desktop.xdotool({"getwindowgeometry", window}).contains("1280x800");
+    };
+    keys({"f"});
+    EXPECT_TRUE(eventually(filled));
+    desktop.screenshot("folder-full-screen");
+    keys({"f"});
+    EXPECT_TRUE(eventually([&] { return !filled(); }));
+    keys({"f"});
+    EXPECT_TRUE(eventually(filled));
+    keys({"Escape"});
+    EXPECT_TRUE(eventually([&] { return !filled(); }));
+
+    keys({"alt+Right"});
+    EXPECT_TRUE(showsTitle(2));
+    keys({"alt+Right"});
+    EXPECT_TRUE(showsTitle(0)) << "around the end";
+    keys({"alt+Left"});
+    EXPECT_TRUE(showsTitle(2));
+    keys({"ctrl+q"});
+    ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+    EXPECT_EQ(player.exitCode(), 0);
+    EXPECT_EQ(output(), QByteArray()) << "a normal run says nothing";
+    EXPECT_NEAR(stored("application/volume").toDouble(), 0.76, 0.03) << "muting is not kept";
 }
 
 TEST_F(Program, SettingsOfEveryCategoryAreThereAtTheNextStart)

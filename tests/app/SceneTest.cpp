@@ -3,7 +3,6 @@
 #include "analytics/KAnalyticsManager.h"
 #include "app/Application.h"
 #include "app/Deployment.h"
-#include "app/KDropArea.h"
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
 #include "render/KShaderCodeBuilder.h"
@@ -19,7 +18,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QProcess>
 #include <QQuickItem>
 #include <QSignalSpy>
@@ -293,19 +291,55 @@ TEST_F(Scene, DoubleClickAsksForFullScreenAfterADelay)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !view->fullScreen(); }, 5000));
 }
 
-TEST_F(Scene, DroppedFilesOpen)
+TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
 {
-    camera->mediaPlayer()->setProperty("mediaSource", QUrl());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() == 0; }, 5000));
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(kSample)});
-    const QPoint at(200, 200);
-    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(view, &drop);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() > 0; }, 20000));
+    QTemporaryDir folder;
+    const auto write = [&folder](const QString &name, const QByteArray &bytes = "x") {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    };
+    ASSERT_TRUE(QDir(folder.path()).mkpath("empty"));
+    ASSERT_TRUE(QDir(folder.path()).mkpath("texts"));
+    write("texts/a.txt");
+    write("texts/b.txt");
+    auto *dialog = view->rootObject()->findChild<QObject *>("messageDialog");
+    ASSERT_NE(dialog, nullptr);
+    const struct
+    {
+        QString path;
+        const char *text;
+        int index; // in the list; -1 without one
+    } rows[] = {
+        {write("notes.txt"), "The file format is not supported.", -1},
+        {write("raw.YUV"),
+         "Raw video format is only supported with custom VLC arguments.<br />See <a href=\"\">"
+         "documentation</a>.",
+         -1},
+        {folder.filePath("empty"), "Error : Directory is empty", -1},
+        {folder.filePath("texts"), "The file format is not supported.", 0},
+        {write("list.orpl", "[{\"media\":\"list.orpl\"}]"), "The file format is not supported.",
+         -1},
+        {write("bad.orpl"), "Error : cannot parse json", -1}};
+    for (const auto &row : rows) {
+        open(kSample);
+        camera->openFile(row.path);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [] { return qApp->modalWindow() && qApp->modalWindow()->isExposed(); }, 5000))
+            << row.path.toStdString();
+        EXPECT_EQ(dialog->property("text").toString().toStdString(), row.text);
+        EXPECT_EQ(camera->mediaPlayer()->property("mediaSource").toUrl(), QUrl());
+        EXPECT_EQ(camera->playListIndex(), row.index);
+        QMetaObject::invokeMethod(dialog, "close");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() == 0; }, 5000));
+    }
+    open(kSample);
+    QMetaObject::invokeMethod(camera->mediaLoader(), "stop");
+    EXPECT_EQ(camera->mediaPlayer()->objectName(), "videoPlayer")
+        << "nothing shows, as at the start";
+    EXPECT_EQ(view->QWindow::title(), "Orbilens Player");
+    open(kSample);
 }
 
 TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)

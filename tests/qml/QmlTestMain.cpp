@@ -4,6 +4,7 @@
 
 #include "resources/SceneResources.h"
 #include "support/IsolatedHome.h"
+#include "support/KeepModulesLoaded.h"
 
 #include <QApplication>
 #include <QDir>

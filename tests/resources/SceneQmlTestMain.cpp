@@ -8,6 +8,7 @@
 #include "resources/SceneResources.h"
 #include "settings/KSettings.h"
 #include "support/IsolatedHome.h"
+#include "support/KeepModulesLoaded.h"
 #include "video/KVideoPlugin.h"
 
 #include <QApplication>

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtMultimedia 5.8
+import com.vedra.kontrols 1.0
 import "widgets"
 import "lib.js" as Lib
 
@@ -120,17 +121,13 @@ FocusScope {
             onClicked: kSettings.set("instance/general/loopMode", kGlobalObject.loopMode + 1)
         }
 
-        Item {
+        // Around both, so that the way from the button to the slider does not close it.
+        MouseArea {
             id: sound
             height: parent.height
             width: soundButton.width + volume.width + (volume.width > 0 ? 8 : 0)
-
-            MouseArea {
-                id: soundHover
-                anchors.fill: parent
-                hoverEnabled: true
-                acceptedButtons: Qt.NoButton
-            }
+            hoverEnabled: true
+            acceptedButtons: Qt.NoButton
 
             K_IconButton {
                 id: soundButton
@@ -152,7 +149,7 @@ FocusScope {
                 objectName: "volumeSlider"
                 anchors { left: soundButton.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
                 height: 10
-                width: soundHover.containsMouse || soundButton.hovered ? 100 : 0
+                width: sound.containsMouse || pressed ? 100 : 0
                 visible: width > 0
                 name: qsTr("Volume")
                 live: true
@@ -177,7 +174,7 @@ FocusScope {
                   + Lib.formatTime(root.mediaPlayer.duration)
             textFormat: Text.PlainText
             color: "white"
-            font.pixelSize: 14
+            font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 15 })
         }
 
         K_IconButton {

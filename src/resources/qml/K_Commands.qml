@@ -14,7 +14,7 @@ QtObject {
     property var playerImage
     property var devices
     // Where arrow keys belong to a text or a list, they do not move the camera.
-    property bool cameraArrowMoveAllowed: true
+    property bool enableCameraArrowMove: true
 
     readonly property bool macKeys: kGlobalObject.platformOS() === "Q_OS_MAC"
     readonly property real degToRad: Math.PI / 180
@@ -24,7 +24,7 @@ QtObject {
     readonly property bool playing: player.playbackState === MediaPlayer.PlayingState
     readonly property bool flatSource:
         kShaderCodeBuilder.projectionSource === KShaderCodeBuilder.STANDARD
-    property var heldKeys: ({ "C": false, "H": false })
+    property var multipleKeys: ({ "C": false, "H": false })
 
     signal popupRequested(string qmlFile)
     signal stateRequested(string state)
@@ -66,13 +66,13 @@ QtObject {
             littlePlanetAndBack()
         } else if ((event.modifiers & modifiers) === modifiers
                    && (event.key === Qt.Key_C || event.key === Qt.Key_H)) {
-            heldKeys[event.key === Qt.Key_C ? "C" : "H"] = true
-            if (heldKeys["C"] && heldKeys["H"] && kView.displayCrashManager)
+            multipleKeys[event.key === Qt.Key_C ? "C" : "H"] = true
+            if (multipleKeys["C"] && multipleKeys["H"] && kView.displayCrashManager)
                 kView.displayCrashManager()
         }
     }
 
-    function keyReleased(event) { heldKeys = { "C": false, "H": false } }
+    function keyReleased(event) { multipleKeys = { "C": false, "H": false } }
 
     function littlePlanetAndBack() {
         if (kSettings.getTyped("instance/output/projection") !== KShaderCodeBuilder.ORVEX)

@@ -13,7 +13,7 @@ FocusScope {
     property var headset: kHmdDevice
     property var realSense: kRealSense
 
-    readonly property bool radians: kSettings.getTyped(unitKey) === true && unitTick >= 0
+    readonly property bool radians: unitTick >= 0 && kSettings.getTyped(unitKey)
     readonly property string unitKey: "application/general/yprRadUnit"
     readonly property string unit: radians ? "rd" : "°"
     readonly property real toShown: radians ? 1 : 180 / Math.PI
@@ -75,9 +75,10 @@ FocusScope {
             decimals: root.shownDecimals
             stepSize: root.shownStep
             suffix: root.unit
-            onNumericValueChanged: {
-                if (Math.abs(root.number(numericValue) - field.shownValue) > 1 / root.precision)
-                    field.entered(root.number(numericValue))
+            onValueEdited: {
+                field.entered(root.number(value))
+                // The camera may have taken another, or the same by another name.
+                numericValue = field.shownValue
             }
             onKeyPressed: {
                 if (event.key === Qt.Key_H) {
@@ -118,17 +119,22 @@ FocusScope {
                 objectName: "resetButton"
                 text: qsTr("Reset")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 onClicked: kGlobalObject.resetYawPitchRollFov()
             }
             Button {
                 objectName: "radButton"
                 text: qsTr("Rad")
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 enabled: !root.radians
                 onClicked: kSettings.set(root.unitKey, true)
             }
             Button {
                 objectName: "degButton"
                 text: qsTr("Deg")
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 enabled: root.radians
                 onClicked: kSettings.set(root.unitKey, false)
             }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 
 // The list of shortcuts, in a vocabulary of its own; the menus name the keys that are in force.
 Rectangle {
@@ -41,6 +42,6 @@ Rectangle {
         text: root.text
         textFormat: Text.PlainText
         color: "white"
-        font.pixelSize: 13
+        font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 14 })
     }
 }

@@ -27,8 +27,8 @@ Item {
             kGlobalObject.clearPlayList()
 
         var message = error
-        var url = ""
-        if (message === "" && fileSource.toString() !== "") {
+        var url
+        if (message === "") {
             url = kGlobalObject.checkFilePath(fileSource)
             message = choosePlayer(url)
             kView.updateTitle(url)

@@ -16,6 +16,8 @@ Item {
 
     MenuBar {
         id: bar
+        objectName: "menuBar"
+        availableWidth: root.width
 
         K_MenuFile { commands: root.commands }
         K_MenuPlayback { commands: root.commands }

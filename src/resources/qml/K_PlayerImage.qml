@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 
 // Short feedback over the video: a picture or a text that comes and goes by itself. In a headset
 // the copies at the lenses' centres would carry it; they stay invisible.
@@ -27,6 +28,7 @@ Item {
 
     Image {
         id: picture
+        objectName: "picture"
         anchors.centerIn: parent
         width: 128
         height: 128
@@ -52,7 +54,7 @@ Item {
             anchors.centerIn: parent
             color: "white"
             textFormat: Text.PlainText
-            font.pixelSize: 28
+            font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 28 })
         }
     }
 

@@ -16,9 +16,10 @@ Rectangle {
     color: "#222222"
 
     Rectangle {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        objectName: "band"
         // From the middle of the button down.
         y: choices.y + choices.height - 30
+        width: parent.width
         height: parent.height - y
         color: "#1b1b1b"
     }

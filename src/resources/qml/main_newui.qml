@@ -91,7 +91,7 @@ FocusScope {
         debugInfo: k_debugInfo
         playerImage: k_playerImage
         devices: k_devices
-        cameraArrowMoveAllowed: root.state === "Video" && !k_videoArea.fileDialogVisible
+        enableCameraArrowMove: root.state === "Video" && !k_videoArea.fileDialogVisible
             && !k_debugInfo.spinBoxHasFocus
         onPopupRequested: root.onDisplayPopup(qmlFile)
         onStateRequested: root.changeState(state)
@@ -134,6 +134,10 @@ FocusScope {
             anchors { right: parent.right; bottom: parent.bottom; margins: 20; bottomMargin: 90 }
             mediaPlayer: k_mediaLoader.mediaPlayer
             fps: k_videoArea.fps
+            onVisibleChanged: {
+                if (!visible && activeFocus)
+                    k_videoArea.forceActiveFocus()
+            }
         }
 
         K_Bar {
@@ -186,6 +190,7 @@ FocusScope {
 
     MessageDialog {
         id: messageDialog
+        objectName: "messageDialog"
         title: kView.title()
         modality: Qt.ApplicationModal
     }

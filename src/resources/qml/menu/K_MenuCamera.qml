@@ -19,25 +19,25 @@ Menu {
     MenuItem {
         text: qsTr("Move camera left")
         shortcut: "left"
-        enabled: commands.cameraArrowMoveAllowed
+        enabled: commands.enableCameraArrowMove
         onTriggered: commands.moveSideways(-1)
     }
     MenuItem {
         text: qsTr("Move camera right")
         shortcut: "right"
-        enabled: commands.cameraArrowMoveAllowed
+        enabled: commands.enableCameraArrowMove
         onTriggered: commands.moveSideways(1)
     }
     MenuItem {
         text: qsTr("Move camera up")
         shortcut: "up"
-        enabled: commands.cameraArrowMoveAllowed && !commands.devices.headsetActivated
+        enabled: commands.enableCameraArrowMove && !commands.devices.headsetActivated
         onTriggered: commands.moveUpDown(-1)
     }
     MenuItem {
         text: qsTr("Move camera down")
         shortcut: "down"
-        enabled: commands.cameraArrowMoveAllowed && !commands.devices.headsetActivated
+        enabled: commands.enableCameraArrowMove && !commands.devices.headsetActivated
         onTriggered: commands.moveUpDown(1)
     }
     MenuItem {

@@ -14,7 +14,8 @@ Item {
     // Emits while the pointer moves, not at its release alone.
     property bool live: false
 
-    readonly property real shown: mouse.pressed ? mouse.fraction : clamp(progression)
+    readonly property alias pressed: area.pressed
+    readonly property real shown: area.pressed ? area.fraction : clamp(progression)
 
     signal moved(real newProgression)
 
@@ -39,17 +40,23 @@ Item {
     }
 
     MouseArea {
-        id: mouse
-        readonly property real fraction: root.clamp(mouseX / Math.max(1, width))
+        id: area
+        // Where the pointer is; a finger comes down without having hovered there.
+        property real fraction: 0
+
+        function follow(x) { fraction = root.clamp(x / Math.max(1, width)) }
 
         anchors.fill: parent
         hoverEnabled: true
         preventStealing: true
+        onEntered: follow(mouseX)
         onPressed: {
+            follow(mouse.x)
             if (root.live)
                 root.moved(fraction)
         }
         onPositionChanged: {
+            follow(mouse.x)
             if (root.live && pressed)
                 root.moved(fraction)
         }
@@ -60,9 +67,9 @@ Item {
     }
 
     K_ToolTip {
-        x: Math.max(0, Math.min(root.width - width, mouse.mouseX - width / 2))
+        x: Math.max(0, Math.min(root.width - width, area.fraction * root.width - width / 2))
         anchors { bottom: parent.top; bottomMargin: 6 }
-        text: root.toolTipText ? root.toolTipText(mouse.fraction) : ""
-        opacity: root.toolTipText && mouse.containsMouse && root.enabled ? 1 : 0
+        text: root.toolTipText ? root.toolTipText(area.fraction) : ""
+        opacity: root.toolTipText && area.containsMouse && root.enabled ? 1 : 0
     }
 }

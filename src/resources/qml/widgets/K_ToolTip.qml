@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 
 // A short text beside the pointer: says what an icon does or where on the timeline one points.
 Rectangle {
@@ -19,7 +20,7 @@ Rectangle {
         id: label
         anchors.centerIn: parent
         color: "white"
-        font.pixelSize: 12
+        font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 13 })
         textFormat: Text.PlainText
     }
 }
