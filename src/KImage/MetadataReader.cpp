@@ -1,5 +1,7 @@
 #include "KImage/MetadataReader.h"
 
+#include "KImage/MetadataGuard.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
@@ -131,6 +133,48 @@ void appendXmp(const Exiv2::XmpData &xmp, ExifEntries &entries)
     }
 }
 
+/// A file whose blocks are bounded; reading beyond throws.
+class GuardedFile final : public Exiv2::FileIo
+{
+public:
+    using FileIo::FileIo;
+
+    Exiv2::DataBuf read(long count) override
+    {
+        require(count <= MetadataGuard::kLargestBlock);
+        return FileIo::read(count);
+    }
+    long read(Exiv2::byte *buffer, long count) override
+    {
+        require(count <= MetadataGuard::kLargestBlock);
+        return FileIo::read(buffer, count);
+    }
+    /// Readers of TIFF structures take the whole file at once.
+    Exiv2::byte *mmap(bool isWriteable) override
+    {
+        Exiv2::byte *data = FileIo::mmap(isWriteable);
+        if (data) {
+            const auto claims = MetadataGuard::claimsOf(data, qint64(size()));
+            require(claims.xmp <= MetadataGuard::kLargestBlock &&
+                    claims.values <= MetadataGuard::kMostValueBytes);
+        }
+        return data;
+    }
+
+private:
+    static void require(bool withinBounds)
+    {
+        if (!withinBounds)
+            throw Exiv2::Error(Exiv2::kerFailedToReadImageData);
+    }
+};
+
+Exiv2::Image::AutoPtr openGuarded(const QString &path)
+{
+    Exiv2::BasicIo::AutoPtr file(new GuardedFile(QFile::encodeName(path).toStdString()));
+    return Exiv2::ImageFactory::open(file);
+}
+
 } // namespace
 
 void initialise()
@@ -150,7 +194,9 @@ std::optional<ExifEntries> read(const QString &path)
     if (!QFileInfo(path).isFile())
         return std::nullopt;
     try {
-        const auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        const auto image = openGuarded(path);
+        if (!image.get()) // a kind of file that has no metadata at all
+            return ExifEntries();
         image->readMetadata();
         ExifEntries entries;
         const Exiv2::ExifData &exif = image->exifData();
@@ -161,13 +207,8 @@ std::optional<ExifEntries> read(const QString &path)
         }
         appendXmp(image->xmpData(), entries);
         return entries;
-    } catch (const Exiv2::AnyError &error) {
-        // A kind of file that has no metadata at all.
-        if (error.code() == Exiv2::kerFileContainsUnknownImageType ||
-            error.code() == Exiv2::kerUnsupportedImageType)
-            return ExifEntries();
     } catch (const std::exception &) {
-        // Memory or text conversion: nothing to be had from this file.
+        // Exiv2's own, memory or text conversion: nothing to be had from this file.
     }
     return std::nullopt;
 }
