@@ -175,6 +175,30 @@ Exiv2::Image::AutoPtr openGuarded(const QString &path)
     return Exiv2::ImageFactory::open(file);
 }
 
+QByteArray bytesOf(const Exiv2::DataBuf &buffer)
+{
+    return QByteArray(reinterpret_cast<const char *>(buffer.pData_), int(buffer.size_));
+}
+
+/// What @p take makes of the file; empty for a kind of file that has no metadata at all.
+template <class Result, class Take>
+std::optional<Result> readWith(const QString &path, Take take)
+{
+    initialise();
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
+    try {
+        const auto image = openGuarded(path);
+        if (!image.get())
+            return Result();
+        image->readMetadata();
+        return take(*image);
+    } catch (const std::exception &) {
+        // Exiv2's own, memory or text conversion: nothing to be had from this file.
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 void initialise()
@@ -190,27 +214,30 @@ void initialise()
 
 std::optional<ExifEntries> read(const QString &path)
 {
-    initialise();
-    if (!QFileInfo(path).isFile())
-        return std::nullopt;
-    try {
-        const auto image = openGuarded(path);
-        if (!image.get()) // a kind of file that has no metadata at all
-            return ExifEntries();
-        image->readMetadata();
+    return readWith<ExifEntries>(path, [](Exiv2::Image &image) {
         ExifEntries entries;
-        const Exiv2::ExifData &exif = image->exifData();
+        const Exiv2::ExifData &exif = image.exifData();
         for (const Exiv2::Exifdatum &datum : exif) {
             if (entries.size() == kMostEntries)
                 break;
             entries.append(entryOf(datum, exif));
         }
-        appendXmp(image->xmpData(), entries);
+        appendXmp(image.xmpData(), entries);
         return entries;
-    } catch (const std::exception &) {
-        // Exiv2's own, memory or text conversion: nothing to be had from this file.
-    }
-    return std::nullopt;
+    });
+}
+
+std::optional<Blocks> readBlocks(const QString &path)
+{
+    return readWith<Blocks>(path, [](Exiv2::Image &image) {
+        Blocks blocks;
+        if (!image.iptcData().empty())
+            blocks.iptc = bytesOf(Exiv2::IptcParser::encode(image.iptcData()));
+        blocks.xmp = QByteArray::fromStdString(image.xmpPacket());
+        if (image.iccProfileDefined())
+            blocks.iccProfile = bytesOf(*image.iccProfile());
+        return blocks;
+    });
 }
 
 } // namespace MetadataReader

@@ -230,8 +230,7 @@ void Application::provideStills()
 {
     auto provider = std::make_unique<KImageProvider>();
     provider->setOptions(m_stillOptions->options());
-    // Before the scene connects, so that what it asks for again is decoded by the new options.
-    connect(m_stillOptions.get(), &StillOptions::changed, m_view.get(),
+    connect(m_stillOptions.get(), &StillOptions::optionsChanged, m_view.get(),
             [this, stills = provider.get()] { stills->setOptions(m_stillOptions->options()); });
     m_view->engine()->addImageProvider(KImageProvider::Name(), provider.release());
 }

@@ -29,6 +29,7 @@ void StillOptions::take()
     m_options = ImageOptions::read(reader);
     if (m_options.raw == before)
         return;
+    emit optionsChanged();
     ++m_edition;
-    emit changed();
+    emit editionChanged();
 }

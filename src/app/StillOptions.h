@@ -13,7 +13,7 @@ class KSettings;
 class StillOptions : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(int edition READ edition NOTIFY changed)
+    Q_PROPERTY(int edition READ edition NOTIFY editionChanged)
 
 public:
     /// @p settings must outlive this object.
@@ -27,7 +27,9 @@ public:
     void refresh();
 
 signals:
-    void changed();
+    /// Comes first, for who decodes: the scene's bindings hear of a signal before anyone else.
+    void optionsChanged();
+    void editionChanged();
 
 private:
     void take();

@@ -1,4 +1,5 @@
 #include "KImage/KImage.h"
+#include "KImage/MetadataReader.h"
 #include "KImage/PanoramaXmp.h"
 #include "KImage/Pictures.h"
 #include "foundation/KPoolMemManager.h"
@@ -271,6 +272,12 @@ TEST(Bitmap, SavedFilesAreReadByOthers)
     options.maker = "Orvex";
     options.model = "Snapshot";
     options.xmpPacket = PanoramaXmp::packet(QSize(64, 32), "Orbilens \"<&>\"", 3);
+    pictures.make("tagged.jpg", {"-size", "8x8", "xc:red"});
+    pictures.run("exiftool", {"-q", "-overwrite_original", "-IPTC:Keywords=sphere", "tagged.jpg"});
+    pictures.run("vips", {"icc_transform", "tagged.jpg", "profiled.jpg", "p3"});
+    options.iptc = MetadataReader::readBlocks(pictures.path("tagged.jpg"))->iptc;
+    options.iccProfile = MetadataReader::readBlocks(pictures.path("profiled.jpg"))->iccProfile;
+    EXPECT_FALSE(options.iptc.isEmpty() || options.iccProfile.isEmpty());
     const struct
     {
         const char *name;
@@ -299,10 +306,16 @@ TEST(Bitmap, SavedFilesAreReadByOthers)
                       .run("exiftool", {"-s3", "-Software", "-Make", "-Model", "-ProjectionType",
                                         "-UsePanoramaViewer", "-FullPanoWidthPixels",
                                         "-CroppedAreaImageHeightPixels", "-SourcePhotosCount",
-                                        "-StitchingSoftware", name})
+                                        "-StitchingSoftware", "-Keywords", name})
                       .toStdString(),
                   "Orbilens Player 2.3\nOrvex\nSnapshot\nequirectangular\nTrue\n64\n32\n3\n"
-                  "Orbilens \"<&>\"\n");
+                  "Orbilens \"<&>\"\nsphere\n");
+        const auto blocks = MetadataReader::readBlocks(pictures.path(name));
+        ASSERT_TRUE(blocks);
+        EXPECT_EQ(blocks->iptc, options.iptc);
+        EXPECT_EQ(blocks->iccProfile, options.iccProfile);
+        EXPECT_TRUE(blocks->xmp.contains("equirectangular"));
+        EXPECT_TRUE(pictures.run("exiv2", {"-Pkv", name}).contains("Orvex"));
         EXPECT_TRUE(QRegularExpression("^\\d{4}:\\d\\d:\\d\\d \\d\\d:\\d\\d:\\d\\d\\n$")
                         .match(pictures.run("exiftool", {"-s3", "-IFD0:ModifyDate", name}))
                         .hasMatch());

@@ -1,10 +1,10 @@
 #include "KImage/ImageFormats.h"
 #include "KImage/ImageLimits.h"
 #include "KImage/ImageLoader.h"
+#include "KImage/KImage.h"
 #include "KImage/Pictures.h"
 
 #include <QTextStream>
-#include <QtEndian>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -42,27 +42,14 @@ std::string text(const QVector<int> &p)
     return s.toStdString();
 }
 
-/// A PNG of one header that claims @p width by @p height pixels and holds none.
-QByteArray pngClaiming(quint32 width, quint32 height)
+/// A PNG that holds no more than a header, of these sides and their CRC in hexadecimal digits.
+QByteArray pngClaiming(const char *sides, const char *crc)
 {
-    QByteArray header("IHDR");
-    header.resize(17);
-    qToBigEndian(width, header.data() + 4);
-    qToBigEndian(height, header.data() + 8);
-    header[12] = 8;
-    header[13] = 2;
-    header[14] = header[15] = header[16] = 0;
-    quint32 crc = 0xFFFFFFFF;
-    for (const char byte : header) {
-        crc ^= uchar(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
-    }
-    QByteArray png("\x89PNG\r\n\x1a\n\0\0\0\x0d", 12);
-    png += header;
-    png.resize(33);
-    qToBigEndian(~crc, png.data() + 29);
-    return png + QByteArray("\0\0\0\x08IDAT\x78\x9c\x63\x60\0\0\0\x01\0\0\0\0", 20);
+    return "\x89PNG\r\n\x1a\n" + QByteArray::fromHex("0000000d49484452") +
+           QByteArray::fromHex(sides) + QByteArray::fromHex("0802000000") +
+           QByteArray::fromHex(crc) +
+           QByteArray::fromHex("00000008494441547801636000000001"
+                               "00000000");
 }
 
 } // namespace
@@ -199,23 +186,38 @@ TEST(Loader, AlphaGrayAndLinearLight)
 TEST(Loader, OrientationTurnsThePictureUpright)
 {
     const test::Pictures pictures;
-    for (const char *name : {"a.jpg", "a.tif"}) {
-        const QString path = pictures.make(name, test::Pictures::orangeAndBlue() +
-                                                     QStringList{"-sampling-factor", "1x1"});
-        pictures.run("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", name});
-        ImageInfo info;
-        ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
-        EXPECT_EQ(info.size, QSize(32, 64));
-        LoadRequest native;
-        native.format = std::nullopt;
-        for (const LoadRequest &request :
-             {fittedInto(QSize()), fittedInto(QSize(16, 32)), native}) {
-            KBitmap bitmap;
-            ASSERT_EQ(ImageLoader::load(path, request, bitmap), ImageError::None);
-            EXPECT_EQ(bitmap.width() * 2, bitmap.height());
-            // A quarter turn clockwise brings the left side up.
-            EXPECT_GT(bitmap.line(2)[0], 200);
-            EXPECT_LT(bitmap.line(bitmap.height() - 3)[0], 60);
+    // Four corners of different colours, and ImageMagick's own turning of them.
+    const QStringList corners{
+        "-size",    "32x16",   "xc:red", "xc:lime", "+append",          "(",  "xc:blue",
+        "xc:white", "+append", ")",      "-append", "-sampling-factor", "1x1"};
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        for (const char *name : {"a.jpg", "a.tif"}) {
+            SCOPED_TRACE(testing::Message() << name << orientation);
+            const QString path = pictures.make(name, corners);
+            pictures.run("exiftool", {"-q", "-overwrite_original", "-n",
+                                      QStringLiteral("-Orientation=%1").arg(orientation), name});
+            pictures.run("convert", {name, "-auto-orient", "upright.png"});
+            const QImage upright(pictures.path("upright.png"));
+            ImageInfo info;
+            ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+            EXPECT_EQ(info.size, upright.size());
+            LoadRequest native;
+            native.format = std::nullopt;
+            for (const LoadRequest &request :
+                 {fittedInto(QSize()), fittedInto(upright.size() / 2), native}) {
+                KBitmap loaded;
+                ASSERT_EQ(ImageLoader::load(path, request, loaded), ImageError::None);
+                ASSERT_EQ(loaded.width() * upright.height(), loaded.height() * upright.width());
+                const KBitmap rgba = KImage::Convert(loaded, PixelFormat::Rgba8);
+                for (const QPointF &at :
+                     {QPointF(0.2, 0.2), QPointF(0.8, 0.2), QPointF(0.2, 0.8)}) {
+                    const QColor expected = upright.pixelColor(int(at.x() * upright.width()),
+                                                               int(at.y() * upright.height()));
+                    EXPECT_TRUE(
+                        near(pixel(rgba, int(at.x() * rgba.width()), int(at.y() * rgba.height())),
+                             {expected.red(), expected.green(), expected.blue(), 255}, 12));
+                }
+            }
         }
     }
 }
@@ -297,9 +299,12 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
         {pictures.write("head.jpg", bytes.left(20)), ImageError::FileRead},
         {pictures.write("head.exr", exr), ImageError::FileRead},
         {pictures.write("a.svgz", "\x1f\x8b"), ImageError::UnknownFormat},
-        {pictures.write("bomb.png", pngClaiming(100000, 100000)), ImageError::NoMemory},
-        {pictures.write("long.png", pngClaiming(2000000, 1)), ImageError::NoMemory},
-        {pictures.write("lying.png", pngClaiming(0x7FFFFFFF, 0x7FFFFFFF)), ImageError::FileRead},
+        {pictures.write("bomb.png", pngClaiming("000186a0000186a0", "27309c9f")),
+         ImageError::NoMemory},
+        {pictures.write("long.png", pngClaiming("001e848000000001", "bba1491e")),
+         ImageError::NoMemory},
+        {pictures.write("lying.png", pngClaiming("7fffffff7fffffff", "9bab9c31")),
+         ImageError::FileRead},
         {pictures.write("bomb.hdr", hugeHdr), ImageError::NoMemory},
         {pictures.write("bomb.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='100000' "
                                     "height='100000'/>"),
