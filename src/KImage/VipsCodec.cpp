@@ -242,31 +242,43 @@ Image openJpeg(const QByteArray &name, VipsImage *header, const QSize &limit)
     return Image(image);
 }
 
-ImageError loadFitted(const QString &path, const Image &header, const Loader *loader,
-                      const LoadRequest &request, KBitmap &bitmap)
+/// Shrunk into @p limit while decoding, upright; through @p profile unless that is null. Null for a
+/// file that cannot be read, or not by that profile.
+Image openFitted(const QByteArray &name, VipsImage *header, const Loader *loader,
+                 const QSize &limit, const char *profile)
 {
-    const bool limited = request.limit.width() > 0 && request.limit.height() > 0;
-    const int width = limited ? request.limit.width() : ImageLimits::kMaxSide;
-    const int height = limited ? request.limit.height() : ImageLimits::kMaxSide;
-    const QByteArray name = QFile::encodeName(path);
-    // Pixels that need no profile would come out of its arithmetic with other colours.
-    const char *const profile = hasProfile(header.get()) ? "srgb" : nullptr;
+    const bool limited = limit.width() > 0 && limit.height() > 0;
+    const int width = limited ? limit.width() : ImageLimits::kMaxSide;
+    const int height = limited ? limit.height() : ImageLimits::kMaxSide;
     VipsImage *result = nullptr;
     int failed = 0;
     if (loader && qstrcmp(loader->formatName, "JPEG") == 0) {
         // libvips keeps a factor of two for its own filter; that of the format is as good.
-        const Image shrunk = openJpeg(name, header.get(), request.limit);
+        const Image shrunk = openJpeg(name, header, limit);
         if (!shrunk)
-            return lastError();
+            return nullptr;
         failed = vips_thumbnail_image(shrunk.get(), &result, width, "height", height, "size",
                                       VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
     } else {
         failed = vips_thumbnail(name.constData(), &result, width, "height", height, "size",
                                 VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
     }
-    if (failed != 0)
+    return Image(failed == 0 ? result : nullptr);
+}
+
+ImageError loadFitted(const QString &path, const Image &header, const Loader *loader,
+                      const LoadRequest &request, KBitmap &bitmap)
+{
+    const QByteArray name = QFile::encodeName(path);
+    // Pixels that need no profile would come out of its arithmetic with other colours.
+    const char *const profile = hasProfile(header.get()) ? "srgb" : nullptr;
+    Image image = openFitted(name, header.get(), loader, request.limit, profile);
+    if (!image && profile) {
+        vips_error_clear(); // a broken profile is as good as none
+        image = openFitted(name, header.get(), loader, request.limit, nullptr);
+    }
+    if (!image)
         return lastError();
-    Image image(result);
     if (!normalise(image))
         return lastError();
     return intoBitmap(image.get(), bitmapFormat(image.get()), request.format, request.cancelled,
