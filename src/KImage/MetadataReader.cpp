@@ -169,10 +169,13 @@ private:
     }
 };
 
-Exiv2::Image::AutoPtr openGuarded(const QString &path)
+/// The library's own kind of owning pointer, which differs from release to release.
+using IoPointer = decltype(Exiv2::ImageFactory::createIo(std::string()));
+
+auto openGuarded(const QString &path)
 {
-    Exiv2::BasicIo::AutoPtr file(new GuardedFile(QFile::encodeName(path).toStdString()));
-    return Exiv2::ImageFactory::open(file);
+    return Exiv2::ImageFactory::open(
+        IoPointer(new GuardedFile(QFile::encodeName(path).toStdString())));
 }
 
 QByteArray bytesOf(const Exiv2::DataBuf &buffer)

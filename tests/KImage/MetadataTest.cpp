@@ -1,4 +1,3 @@
-#include "KImage/ExifTagNames.h"
 #include "KImage/ImageMetadata.h"
 #include "KImage/MetadataGuard.h"
 #include "KImage/MetadataReader.h"
@@ -68,17 +67,6 @@ TEST(MetadataText, NumbersDatesCoordinatesAndUnits)
     EXPECT_EQ(MetadataText::unitInMillimetres("none"), kUnreadable);
 }
 
-TEST(ExifTagNames, StandardTagsAndNA)
-{
-    EXPECT_EQ(exifTagDescription(254),
-              "A general indication of the kind of data contained in this subfile");
-    EXPECT_EQ(exifTagDescription(0x8822), "Exposure program");
-    EXPECT_EQ(exifTagDescription(0x9214), "Subject area");
-    EXPECT_EQ(exifTagDescription(0xA420), "Unique image ID");
-    EXPECT_EQ(exifTagDescription(999), "NA");
-    EXPECT_EQ(exifTagDescription(-1), "NA");
-}
-
 TEST(FocalLength, EachRuleInItsOrder)
 {
     FocalInput plane; // 6000 x 4000 pixels at 2562.8 pixels a centimetre
@@ -136,7 +124,6 @@ TEST(Metadata, EntriesBecomeTheStructureAndTheTable)
         entry("MaxApertureAtMaxFocal", "12"),
     };
     const ImageMetadata metadata = Metadata::fromEntries(entries, QSize(100, 100));
-    EXPECT_NEAR(metadata.exposureTime, 0.004, 1e-9);
     EXPECT_EQ(metadata.iso, kUnreadable);
     EXPECT_NEAR(metadata.latitude, -48.858222, 1e-6);
     EXPECT_EQ(metadata.lensId, "8 8 74 3.6 1.4");
@@ -150,10 +137,6 @@ TEST(Metadata, EntriesBecomeTheStructureAndTheTable)
               "Date Time: \"2020:01:02 03:04:05\";\nFocal plan res. unit: \"cm (3)\";\n"
               "LensID: \"8 8 74 3.6 1.4\";\n");
 
-    const ImageMetadata zenith = Metadata::fromEntries(
-        {entry("LensID", " ZenithEs "), entry("UserComment", "12.5 -7")}, QSize());
-    EXPECT_EQ(zenith.yaw, 12.5);
-    EXPECT_EQ(zenith.pitch, -7);
     EXPECT_EQ(
         Metadata::fromEntries({entry("LensID", "6"), entry("Make", "Canon")}, QSize()).lensModel,
         "");
@@ -201,55 +184,35 @@ TEST(MetadataReader, SeveralMakersAndContainers)
     const test::Pictures pictures;
     const struct
     {
-        const char *file;
-        QStringList tags; ///< of exiv2
-        const char *table;
-        double scale; ///< 1.5 and such by the equivalent, else by the table of cameras
-        const char *lens;
+        const char *file, *maker, *model;
+        const char *more; ///< another tag of exiv2, which comes back as the table's last line
+        double scale;
+        const char *line;
     } rows[] = {
-        {"a.jpg",
-         {"Exif.Image.Make NIKON CORPORATION", "Exif.Image.Model NIKON D7500",
-          "Exif.Photo.FocalLength 8/1", "Exif.Photo.FocalPlaneResolutionUnit 3"},
-         "Maker: \"NIKON CORPORATION\";\nModel: \"NIKON D7500\";\nReal focal length: \"8/1\";\n",
-         1.534,
-         ""},
-        {"a.tif",
-         {"Exif.Image.Make Canon", "Exif.Image.Model Canon EOS 5D", "Exif.Photo.FocalLength 50/1",
-          "Exif.Photo.FocalLengthIn35mmFilm 75", "Exif.Photo.LensModel Some",
-          "Exif.Photo.ExposureBiasValue -3333/10000"},
-         "Maker: \"Canon\";\nModel: \"Canon EOS 5D\";\nReal focal length: \"50/1\";\n"
-         "35mm f.length: \"75\";\nExposure bias value: \"-3333/10000\";\n",
-         1.5,
-         "Some"},
-        {"a.png",
-         {"Exif.Image.Make SONY", "Exif.Image.Model ILCE-6000", "Exif.Photo.FNumber 28/10",
-          "Exif.Photo.FocalLength 16/1", "Exif.Photo.ExposureTime 1/250"},
-         "Maker: \"SONY\";\nModel: \"ILCE-6000\";\nReal focal length: \"16/1\";\n"
-         "Exposure time: \"1/250\";\nF Number: \"28/10\";\n",
-         1.534,
-         ""},
-        {"a.webp",
-         {"Exif.Image.Make FUJIFILM", "Exif.Image.Model X-T1", "Exif.Photo.FocalLength 18/1",
-          "Exif.Photo.ISOSpeedRatings 200", "Exif.Photo.DateTimeOriginal 2020:01:02 03:04:05"},
-         "Maker: \"FUJIFILM\";\nModel: \"X-T1\";\nReal focal length: \"18/1\";\n"
-         "Date Time: \"2020:01:02 03:04:05\";\nISO: \"200\";\n",
-         1.529,
-         ""},
+        {"a.jpg", "NIKON CORPORATION", "NIKON D7500", "FNumber 28/10", 1.534,
+         "F Number: \"28/10\";"},
+        {"a.tif", "Canon", "Canon EOS 5D", "FocalLengthIn35mmFilm 75", 1.5,
+         "35mm f.length: \"75\";"},
+        {"a.png", "SONY", "ILCE-6000", "ExposureTime 1/250", 1.534, "Exposure time: \"1/250\";"},
+        {"a.webp", "FUJIFILM", "X-T1", "ExposureBiasValue -1/3", 1.529,
+         "Exposure bias value: \"-1/3\";"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.file);
         const QString path = pictures.make(row.file, {"-size", "16x8", "xc:red", "-strip"});
-        QStringList arguments;
-        for (const QString &tag : row.tags)
-            arguments += {"-M", "set " + tag};
-        pictures.run("exiv2", arguments + QStringList{row.file});
+        pictures.run("exiv2", {"-M", QString("set Exif.Image.Make ") + row.maker, "-M",
+                               QString("set Exif.Image.Model ") + row.model, "-M",
+                               "set Exif.Photo.FocalLength 50/1", "-M",
+                               QString("set Exif.Photo.") + row.more, row.file});
         const std::optional<ExifEntries> entries = MetadataReader::read(path);
         ASSERT_TRUE(entries);
         const ImageMetadata metadata = Metadata::fromEntries(*entries, QSize(16, 8));
-        EXPECT_TRUE(metadata.tableText().startsWith(row.table))
-            << metadata.tableText().toStdString();
         EXPECT_NEAR(metadata.focalLength.scale, row.scale, 1e-3);
-        EXPECT_EQ(metadata.lensModel, row.lens);
+        EXPECT_EQ(metadata.tableText().section("FOV:", 0, 0).toStdString(),
+                  QStringLiteral("Maker: \"%1\";\nModel: \"%2\";\n"
+                                 "Real focal length: \"50/1\";\n%3\n")
+                      .arg(row.maker, row.model, row.line)
+                      .toStdString());
     }
 }
 
