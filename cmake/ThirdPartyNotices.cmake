@@ -19,6 +19,7 @@ set(ORBILENS_NOTICE_OF_BUNDLED
   "src/resources/QmlLib/themes/orvex/fonts/Barlow-*.ttf" "Barlow"
   "src/resources/QmlLib/themes/orvex/fonts/Figtree-*.ttf" "Figtree"
   "src/resources/Data/cameras.txt" "Lensfun"
+  "src/resources/Data/cameras.txt" "COLMAP"
   "src/resources/Data/lensid.txt" "ExifTool")
 
 # Libraries that `target` links directly or through libraries of ours.

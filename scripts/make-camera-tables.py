@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
-"""Makes src/resources/Data/cameras.txt and lensid.txt from two open databases.
+"""Makes src/resources/Data/cameras.txt and lensid.txt from three open databases.
 
 Needs the Debian packages liblensfun-data-v1 (crop factors) and libimage-exiftool-perl (lens
-identifiers). Usage: scripts/make-camera-tables.py   (rewrites both files)
+identifiers), and src/util/camera_specs.cc (widths of the sensors of compact cameras) of the Debian
+source package colmap, which `apt-get source colmap` fetches.
+Usage: scripts/make-camera-tables.py CAMERA_SPECS   (rewrites both files)
 """
 import glob
 import math
 import os
 import re
 import subprocess
+import sys
 import xml.etree.ElementTree as ElementTree
 
 FOLDER = os.path.join(os.path.dirname(__file__), "..", "src", "resources", "Data")
@@ -63,6 +66,51 @@ def short_name(model):
     return model
 
 
+# Model names in CAMERA_SPECS are in lower case without blanks and dashes. For these series the text
+# of EXIF is known by rule; names of others would be guesses.
+SERIES = {
+    "canon": (r"(powershot)(.+)", "Canon", "PowerShot "),
+    "casio": (r"(ex)([a-z]+\d.*)", "CASIO", "EX-"),
+    "fujifilm": (r"(finepix)(.+)", "FUJIFILM", "FinePix "),
+    "nikon": (r"(coolpix)(.+)", "NIKON", "COOLPIX "),
+    "olympus": (r"(stylus)(\d+)", "OLYMPUS", "STYLUS"),
+    "panasonic": (r"(dmc)(.+)", "Panasonic", "DMC-"),
+    "pentax": (r"(optio)(.+)", "PENTAX", "Optio "),
+    "ricoh": (r"(caplio)(.+)", "RICOH", "Caplio "),
+    "samsung": (r"()((?:wb|st|pl|es|nx|ex|mv|dv|hz|tl|sl)\d.*)", "SAMSUNG", ""),
+    "sony": (r"(dsc)(.+)", "SONY", "DSC-"),
+}
+
+
+def series_name(rest):
+    """w110 becomes W110, sx210is becomes SX210 IS."""
+    match = re.fullmatch(r"(.*\d)(is|hs|exr|exrs|fd|ti|xs|af)", rest)
+    return f"{match[1].upper()} {match[2].upper()}" if match else rest.upper()
+
+
+def compact_rows(path):
+    """Widths alone are known: sensors of compacts and of Four Thirds are 4 by 3, others 3 by 2."""
+    make = None
+    with open(path, encoding="utf-8") as file:
+        for line in file:
+            if match := re.search(r'specs\["(.+?)"\]', line):
+                make = match[1]
+            match = re.search(r'emplace_back\("(.+?)", ([\d.]+)f\)', line)
+            if not match or make not in SERIES:
+                continue
+            pattern, brand, prefix = SERIES[make]
+            name, width = re.fullmatch(pattern, match[1]), float(match[2])
+            if not name or width <= 0:
+                continue
+            ratio = 4 / 3 if width < 14 or 17 < width < 18.5 else 3 / 2
+            scale = math.hypot(36, 24) / math.hypot(width, width / ratio)
+            yield brand, prefix + series_name(name[2]), round(scale, 3)
+
+
+def plain(text):
+    return re.sub(r"[^a-z0-9]", "", text.lower())
+
+
 def camera_rows():
     rows = {}
     for name in sorted(glob.glob(LENSFUN)):
@@ -74,6 +122,10 @@ def camera_rows():
                 continue
             for brand in brands(clean(maker)):
                 rows.setdefault((brand, short_name(clean(model))), float(crop))
+    known = {(brand, plain(model)) for brand, model in rows}
+    for brand, model, crop in compact_rows(sys.argv[1]):
+        if (brand, plain(model)) not in known:
+            rows.setdefault((brand, model), crop)
     # A name may occur inside a longer one, so longer names come first.
     return sorted(((b, m, c) for (b, m), c in rows.items()),
                   key=lambda row: (row[0].lower(), row[0], -len(row[1]), row[1]))
@@ -145,13 +197,16 @@ def write(name, header, lines):
 
 
 def main():
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
     diagonal = math.hypot(36, 24)
     assert abs(diagonal - 43.266615305567875) < 1e-12
     write("cameras.txt", [
         "Brand as in EXIF; short name of the camera; scale of its sensor to 24 x 36 mm film.",
         "sensor_scale = sqrt(36.0^2 + 24.0^2) / sqrt(sensor_width^2 + sensor_height^2)",
         "The first row that matches counts: longer names stand before those they contain.",
-        "Crop factors of the Lensfun database, CC BY-SA 3.0; made by scripts/make-camera-tables.py",
+        "Crop factors of the Lensfun database, CC BY-SA 3.0, and of COLMAP's sensor widths, BSD;",
+        "made by scripts/make-camera-tables.py",
     ], [f"{brand};{model};{crop:g}" for brand, model, crop in camera_rows()])
     write("lensid.txt", [
         "Shortest and longest focal length, lens code, two apertures; brand; lens; type",

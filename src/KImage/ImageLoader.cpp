@@ -2,6 +2,7 @@
 
 #include "KImage/ImageFormats.h"
 #include "KImage/ImageLimits.h"
+#include "KImage/MetadataGuard.h"
 #include "KImage/QtCodec.h"
 #include "KImage/RawCodec.h"
 #include "KImage/VipsCodec.h"
@@ -18,7 +19,18 @@ namespace {
     const QFileInfo info(path);
     if (!info.isFile() || !info.isReadable())
         return ImageError::FileOpen;
-    return info.size() > 0 ? ImageError::None : ImageError::FileRead;
+    if (info.size() == 0)
+        return ImageError::FileRead;
+    return MetadataGuard::packetsWithinBounds(path) ? ImageError::None : ImageError::NoMemory;
+}
+
+enum class Codec { Raw, Vips, Qt };
+
+Codec codecOf(const QString &path)
+{
+    if (ImageFormats::classOf(path) == ImageClass::Raw)
+        return Codec::Raw;
+    return VipsCodec::reads(path) ? Codec::Vips : Codec::Qt;
 }
 
 [[nodiscard]] ImageError checkSize(const QSize &size)
@@ -27,6 +39,23 @@ namespace {
         return ImageError::BadBitmap;
     return ImageLimits::acceptable(size.width(), size.height()) ? ImageError::None
                                                                 : ImageError::NoMemory;
+}
+
+[[nodiscard]] ImageError describeBy(Codec codec, const QString &path, ImageInfo &info)
+{
+    ImageError error = ImageError::None;
+    switch (codec) {
+    case Codec::Raw:
+        error = RawCodec::describe(path, info);
+        break;
+    case Codec::Vips:
+        error = VipsCodec::describe(path, info);
+        break;
+    case Codec::Qt:
+        error = QtCodec::describe(path, info);
+        break;
+    }
+    return error == ImageError::None ? checkSize(info.size) : error;
 }
 
 } // namespace
@@ -41,33 +70,33 @@ QSize fitted(const QSize &size, const QSize &limit)
 
 ImageError describe(const QString &path, ImageInfo &info)
 {
-    ImageError error = checkFile(path);
-    if (error != ImageError::None)
-        return error;
-    if (ImageFormats::classOf(path) == ImageClass::Raw)
-        error = RawCodec::describe(path, info);
-    else if (VipsCodec::reads(path))
-        error = VipsCodec::describe(path, info);
-    else
-        error = QtCodec::describe(path, info);
-    return error == ImageError::None ? checkSize(info.size) : error;
+    const ImageError error = checkFile(path);
+    return error == ImageError::None ? describeBy(codecOf(path), path, info) : error;
 }
 
 ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
+    ImageError error = checkFile(path);
+    if (error != ImageError::None)
+        return error;
+    const Codec codec = codecOf(path);
     ImageInfo info;
-    const ImageError error = describe(path, info);
+    error = describeBy(codec, path, info);
     if (error != ImageError::None)
         return error;
     try {
-        if (ImageFormats::classOf(path) == ImageClass::Raw)
+        switch (codec) {
+        case Codec::Raw:
             return RawCodec::load(path, request, bitmap);
-        if (VipsCodec::reads(path))
+        case Codec::Vips:
             return VipsCodec::load(path, request, bitmap);
-        return QtCodec::load(path, request, bitmap);
+        case Codec::Qt:
+            return QtCodec::load(path, request, bitmap);
+        }
     } catch (const KException &) {
         return ImageError::NoMemory; // of the bitmap itself
     }
+    return ImageError::Unknown;
 }
 
 } // namespace ImageLoader

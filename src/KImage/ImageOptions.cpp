@@ -2,6 +2,8 @@
 
 #include "settings/KernelSettingsReader.h"
 
+#include <tuple>
+
 namespace {
 
 /// Numbers outside of [least, most] and those that are none take the default.
@@ -19,6 +21,15 @@ int number(KernelSettingsReader &settings, const char *key, int defaultValue, in
 }
 
 } // namespace
+
+bool RawOptions::operator==(const RawOptions &other) const
+{
+    const auto values = [](const RawOptions &o) {
+        return std::tie(o.automaticBalance, o.cameraBalance, o.highlight, o.autoBright, o.gamma,
+                        o.brightness, o.redScaling, o.blueScaling);
+    };
+    return values(*this) == values(other);
+}
 
 ImageOptions ImageOptions::read(KernelSettingsReader &settings)
 {

@@ -20,6 +20,8 @@ struct RawOptions
     double brightness = 1.0;
     double redScaling = 1.0;
     double blueScaling = 1.0;
+
+    bool operator==(const RawOptions &other) const;
 };
 
 struct ImageOptions

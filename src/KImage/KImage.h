@@ -36,6 +36,8 @@ struct SaveOptions
     QString maker;
     QString model;
     QByteArray xmpPacket; ///< see PanoramaXmp
+    QByteArray iptc;      ///< see MetadataReader::Blocks
+    QByteArray iccProfile;
 };
 
 /// Saves as "jpeg", "tiff" or "hdri" by the suffix "jpg", "tif" or "hdr"; another suffix is an

@@ -285,7 +285,8 @@ void Copy(const KBitmap &source, const QRect &area, KBitmap &target, const QPoin
 
     const qint64 sourceOffset = qint64(area.x()) * bytesPerPixel(source.format());
     const qint64 targetOffset = qint64(position.x()) * bytesPerPixel(target.format());
-#pragma omp parallel for
+    // In small shares, so that a processor that others use does not keep the rest waiting.
+#pragma omp parallel for schedule(dynamic, 32)
     for (int y = 0; y < area.height(); ++y)
         Row(source.line(area.y() + y) + sourceOffset, source.format(),
             target.line(position.y() + y) + targetOffset, target.format(), area.width());

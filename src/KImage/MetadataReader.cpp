@@ -1,5 +1,7 @@
 #include "KImage/MetadataReader.h"
 
+#include "KImage/MetadataGuard.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
@@ -131,6 +133,75 @@ void appendXmp(const Exiv2::XmpData &xmp, ExifEntries &entries)
     }
 }
 
+/// A file whose blocks are bounded; reading beyond throws.
+class GuardedFile final : public Exiv2::FileIo
+{
+public:
+    using FileIo::FileIo;
+
+    Exiv2::DataBuf read(long count) override
+    {
+        require(count <= MetadataGuard::kLargestBlock);
+        return FileIo::read(count);
+    }
+    long read(Exiv2::byte *buffer, long count) override
+    {
+        require(count <= MetadataGuard::kLargestBlock);
+        return FileIo::read(buffer, count);
+    }
+    /// Readers of TIFF structures take the whole file at once.
+    Exiv2::byte *mmap(bool isWriteable) override
+    {
+        Exiv2::byte *data = FileIo::mmap(isWriteable);
+        if (data) {
+            const auto claims = MetadataGuard::claimsOf(data, qint64(size()));
+            require(claims.xmp <= MetadataGuard::kLargestBlock &&
+                    claims.values <= MetadataGuard::kMostValueBytes);
+        }
+        return data;
+    }
+
+private:
+    static void require(bool withinBounds)
+    {
+        if (!withinBounds)
+            throw Exiv2::Error(Exiv2::kerFailedToReadImageData);
+    }
+};
+
+/// The library's own kind of owning pointer, which differs from release to release.
+using IoPointer = decltype(Exiv2::ImageFactory::createIo(std::string()));
+
+auto openGuarded(const QString &path)
+{
+    return Exiv2::ImageFactory::open(
+        IoPointer(new GuardedFile(QFile::encodeName(path).toStdString())));
+}
+
+QByteArray bytesOf(const Exiv2::DataBuf &buffer)
+{
+    return QByteArray(reinterpret_cast<const char *>(buffer.pData_), int(buffer.size_));
+}
+
+/// What @p take makes of the file; empty for a kind of file that has no metadata at all.
+template <class Result, class Take>
+std::optional<Result> readWith(const QString &path, Take take)
+{
+    initialise();
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
+    try {
+        const auto image = openGuarded(path);
+        if (!image.get())
+            return Result();
+        image->readMetadata();
+        return take(*image);
+    } catch (const std::exception &) {
+        // Exiv2's own, memory or text conversion: nothing to be had from this file.
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 void initialise()
@@ -146,30 +217,30 @@ void initialise()
 
 std::optional<ExifEntries> read(const QString &path)
 {
-    initialise();
-    if (!QFileInfo(path).isFile())
-        return std::nullopt;
-    try {
-        const auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        image->readMetadata();
+    return readWith<ExifEntries>(path, [](Exiv2::Image &image) {
         ExifEntries entries;
-        const Exiv2::ExifData &exif = image->exifData();
+        const Exiv2::ExifData &exif = image.exifData();
         for (const Exiv2::Exifdatum &datum : exif) {
             if (entries.size() == kMostEntries)
                 break;
             entries.append(entryOf(datum, exif));
         }
-        appendXmp(image->xmpData(), entries);
+        appendXmp(image.xmpData(), entries);
         return entries;
-    } catch (const Exiv2::AnyError &error) {
-        // A kind of file that has no metadata at all.
-        if (error.code() == Exiv2::kerFileContainsUnknownImageType ||
-            error.code() == Exiv2::kerUnsupportedImageType)
-            return ExifEntries();
-    } catch (const std::exception &) {
-        // Memory or text conversion: nothing to be had from this file.
-    }
-    return std::nullopt;
+    });
+}
+
+std::optional<Blocks> readBlocks(const QString &path)
+{
+    return readWith<Blocks>(path, [](Exiv2::Image &image) {
+        Blocks blocks;
+        if (!image.iptcData().empty())
+            blocks.iptc = bytesOf(Exiv2::IptcParser::encode(image.iptcData()));
+        blocks.xmp = QByteArray::fromStdString(image.xmpPacket());
+        if (image.iccProfileDefined())
+            blocks.iccProfile = bytesOf(*image.iccProfile());
+        return blocks;
+    });
 }
 
 } // namespace MetadataReader

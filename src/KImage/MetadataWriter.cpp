@@ -23,18 +23,23 @@ void setText(Exiv2::ExifData &exif, quint16 tag, const QString &text)
         exif[Exiv2::ExifKey(tag, "Image").key()] = text.toStdString();
 }
 
+const Exiv2::byte *bytesOf(const QByteArray &bytes)
+{
+    return reinterpret_cast<const Exiv2::byte *>(bytes.constData());
+}
+
 } // namespace
 
 QByteArray embedded(const QByteArray &file, const KImage::SaveOptions &options)
 {
     const bool exifWanted =
         !options.software.isEmpty() || !options.maker.isEmpty() || !options.model.isEmpty();
-    if (!exifWanted && options.xmpPacket.isEmpty())
+    if (!exifWanted && options.xmpPacket.isEmpty() && options.iptc.isEmpty() &&
+        options.iccProfile.isEmpty())
         return file;
     MetadataReader::initialise();
     try {
-        const auto image = Exiv2::ImageFactory::open(
-            reinterpret_cast<const Exiv2::byte *>(file.constData()), long(file.size()));
+        const auto image = Exiv2::ImageFactory::open(bytesOf(file), long(file.size()));
         image->readMetadata();
         if (exifWanted && image->checkMode(Exiv2::mdExif) & Exiv2::amWrite) {
             Exiv2::ExifData &exif = image->exifData();
@@ -47,6 +52,14 @@ QByteArray embedded(const QByteArray &file, const KImage::SaveOptions &options)
         if (!options.xmpPacket.isEmpty() && image->checkMode(Exiv2::mdXmp) & Exiv2::amWrite) {
             image->setXmpPacket(options.xmpPacket.toStdString());
             image->writeXmpFromPacket(true);
+        }
+        if (!options.iptc.isEmpty() && image->checkMode(Exiv2::mdIptc) & Exiv2::amWrite &&
+            Exiv2::IptcParser::decode(image->iptcData(), bytesOf(options.iptc),
+                                      uint32_t(options.iptc.size())) != 0)
+            K_THROW(KImageErrors::invalidParameter());
+        if (!options.iccProfile.isEmpty()) {
+            Exiv2::DataBuf profile(bytesOf(options.iccProfile), long(options.iccProfile.size()));
+            image->setIccProfile(profile);
         }
         image->writeMetadata();
         Exiv2::BasicIo &io = image->io();

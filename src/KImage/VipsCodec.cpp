@@ -54,6 +54,14 @@ bool interlaced(VipsImage *image)
     return vips_image_get_typeof(image, "interlaced") != 0 ||
            vips_image_get_typeof(image, "jpeg-multiscan") != 0;
 }
+
+/// By a quarter, so that width and height are exchanged.
+bool turned(VipsImage *image)
+{
+    constexpr int kFirstTurned = 5;
+    return vips_image_get_orientation(image) >= kFirstTurned;
+}
+
 Image openHeader(const QString &path)
 {
     return Image(vips_image_new_from_file(QFile::encodeName(path).constData(), "access",
@@ -61,18 +69,14 @@ Image openHeader(const QString &path)
 }
 
 /// Header checks that keep memory bounded.
-ImageError check(const QString &path)
+ImageError check(VipsImage *header, const Loader *loader)
 {
-    const Image header = openHeader(path);
-    if (!header)
-        return lastError();
     const auto width = qint64(header->Xsize);
     const auto height = qint64(header->Ysize);
     if (!ImageLimits::acceptable(width, height))
         return ImageError::NoMemory;
-    const auto bytes = qint64(VIPS_IMAGE_SIZEOF_PEL(header.get())) * width * height;
-    const Loader *loader = loaderOf(path);
-    const bool streams = loader && loader->streams && !interlaced(header.get());
+    const auto bytes = qint64(VIPS_IMAGE_SIZEOF_PEL(header)) * width * height;
+    const bool streams = loader && loader->streams && !interlaced(header);
     return streams || bytes <= ImageLimits::kMaxPixelBytes ? ImageError::None
                                                            : ImageError::NoMemory;
 }
@@ -199,11 +203,8 @@ std::optional<PixelFormat> bitmapFormat(VipsImage *image)
         return std::nullopt;
     }
 }
-ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+ImageError loadNative(Image image, const LoadRequest &request, KBitmap &bitmap)
 {
-    Image image = openHeader(path);
-    if (!image)
-        return lastError();
     throughProfile(image);
     if (!normalise(image) || !upright(image))
         return lastError();
@@ -212,17 +213,9 @@ ImageError loadNative(const QString &path, const LoadRequest &request, KBitmap &
 }
 
 /// To libvips' shrinking loader alpha to 1 is transparent and gray to 1 is black.
-bool needsNative(const QString &path)
+bool needsNative(VipsImage *header)
 {
-    const Image header = openHeader(path);
-    return header && isFloatImage(header.get()) && header->Bands != 3 &&
-           !hasAlphaTo255(header.get());
-}
-
-bool needsProfile(const QString &path)
-{
-    const Image header = openHeader(path);
-    return header && hasProfile(header.get());
+    return isFloatImage(header) && header->Bands != 3 && !hasAlphaTo255(header);
 }
 
 /// Ends the list of options before the profile where there is none.
@@ -232,15 +225,9 @@ const char *exportOption(const char *profile)
 }
 
 /// Decoded at the smallest of the format's own scales that still fills @p limit.
-Image openJpeg(const QByteArray &name, const QSize &limit)
+Image openJpeg(const QByteArray &name, VipsImage *header, const QSize &limit)
 {
-    const Image header(
-        vips_image_new_from_file(name.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
-    if (!header)
-        return nullptr;
-    constexpr int kFirstTurned = 5;
-    const QSize box =
-        vips_image_get_orientation(header.get()) >= kFirstTurned ? limit.transposed() : limit;
+    const QSize box = turned(header) ? limit.transposed() : limit;
     const QSize size(header->Xsize, header->Ysize);
     const QSize wanted = ImageLoader::fitted(size, box);
     int shrink = 1;
@@ -255,31 +242,43 @@ Image openJpeg(const QByteArray &name, const QSize &limit)
     return Image(image);
 }
 
-ImageError loadFitted(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+/// Shrunk into @p limit while decoding, upright; through @p profile unless that is null. Null for a
+/// file that cannot be read, or not by that profile.
+Image openFitted(const QByteArray &name, VipsImage *header, const Loader *loader,
+                 const QSize &limit, const char *profile)
 {
-    const bool limited = request.limit.width() > 0 && request.limit.height() > 0;
-    const int width = limited ? request.limit.width() : ImageLimits::kMaxSide;
-    const int height = limited ? request.limit.height() : ImageLimits::kMaxSide;
-    const QByteArray name = QFile::encodeName(path);
-    // Pixels that need no profile would come out of its arithmetic with other colours.
-    const char *const profile = needsProfile(path) ? "srgb" : nullptr;
-    const Loader *loader = loaderOf(path);
+    const bool limited = limit.width() > 0 && limit.height() > 0;
+    const int width = limited ? limit.width() : ImageLimits::kMaxSide;
+    const int height = limited ? limit.height() : ImageLimits::kMaxSide;
     VipsImage *result = nullptr;
     int failed = 0;
     if (loader && qstrcmp(loader->formatName, "JPEG") == 0) {
         // libvips keeps a factor of two for its own filter; that of the format is as good.
-        const Image shrunk = openJpeg(name, request.limit);
+        const Image shrunk = openJpeg(name, header, limit);
         if (!shrunk)
-            return lastError();
+            return nullptr;
         failed = vips_thumbnail_image(shrunk.get(), &result, width, "height", height, "size",
                                       VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
     } else {
         failed = vips_thumbnail(name.constData(), &result, width, "height", height, "size",
                                 VIPS_SIZE_DOWN, exportOption(profile), profile, nullptr);
     }
-    if (failed != 0)
+    return Image(failed == 0 ? result : nullptr);
+}
+
+ImageError loadFitted(const QString &path, const Image &header, const Loader *loader,
+                      const LoadRequest &request, KBitmap &bitmap)
+{
+    const QByteArray name = QFile::encodeName(path);
+    // Pixels that need no profile would come out of its arithmetic with other colours.
+    const char *const profile = hasProfile(header.get()) ? "srgb" : nullptr;
+    Image image = openFitted(name, header.get(), loader, request.limit, profile);
+    if (!image && profile) {
+        vips_error_clear(); // a broken profile is as good as none
+        image = openFitted(name, header.get(), loader, request.limit, nullptr);
+    }
+    if (!image)
         return lastError();
-    Image image(result);
     if (!normalise(image))
         return lastError();
     return intoBitmap(image.get(), bitmapFormat(image.get()), request.format, request.cancelled,
@@ -323,8 +322,7 @@ ImageError describe(const QString &path, ImageInfo &info)
     if (!header)
         return lastError();
     info.size = QSize(header->Xsize, header->Ysize);
-    constexpr int kFirstTurned = 5;
-    if (vips_image_get_orientation(header.get()) >= kFirstTurned)
+    if (turned(header.get()))
         info.size.transpose();
     const Loader *loader = loaderOf(path);
     if (vips_image_get_interpretation(header.get()) == VIPS_INTERPRETATION_CMYK)
@@ -337,15 +335,20 @@ ImageError describe(const QString &path, ImageInfo &info)
 
 ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap)
 {
-    const ImageError error = check(path);
+    Image header = openHeader(path);
+    if (!header)
+        return lastError();
+    const Loader *loader = loaderOf(path);
+    const ImageError error = check(header.get(), loader);
     if (error != ImageError::None)
         return error;
-    if (request.format && !needsNative(path))
-        return loadFitted(path, request, bitmap);
-    const ImageError loaded = loadNative(path, request, bitmap);
+    if (request.format && !needsNative(header.get()))
+        return loadFitted(path, header, loader, request, bitmap);
+    const ImageError loaded = loadNative(std::move(header), request, bitmap);
     if (loaded == ImageError::None && request.format)
         bitmap = KImage::Scale(KImage::Convert(bitmap, *request.format),
                                ImageLoader::fitted(bitmap.size(), request.limit));
     return loaded;
 }
+
 } // namespace VipsCodec

@@ -9,6 +9,7 @@
 #include "app/KImageProvider.h"
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
+#include "app/StillOptions.h"
 #include "foundation/KVersion.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
@@ -51,6 +52,7 @@ Application::Application(const QString &name, int &argc, char **argv)
     m_arguments = ::restartArguments(arguments(), QDir::currentPath());
     m_settings = std::make_unique<KSettings>(KVersion::applicationName());
     m_settings->load();
+    m_stillOptions = std::make_unique<StillOptions>(m_settings.get());
     connect(this, &QCoreApplication::aboutToQuit, this, &Application::desinitializeAnalytics);
 }
 
@@ -71,6 +73,7 @@ Application::~Application()
     m_sensor.reset();
     m_udpSocket.reset();
     m_textureProvider.reset();
+    m_stillOptions.reset();
     m_settings->save();
     m_settings.reset();
 }
@@ -241,9 +244,10 @@ void Application::makeTextureProvider()
 
 void Application::provideStills()
 {
-    KSRFromKSettingsManager reader(m_settings->settingsManager());
     auto provider = std::make_unique<KImageProvider>();
-    provider->setOptions(ImageOptions::read(reader));
+    provider->setOptions(m_stillOptions->options());
+    connect(m_stillOptions.get(), &StillOptions::optionsChanged, m_view.get(),
+            [this, stills = provider.get()] { stills->setOptions(m_stillOptions->options()); });
     m_view->engine()->addImageProvider(KImageProvider::Name(), provider.release());
 }
 
@@ -272,6 +276,7 @@ void Application::publishContextProperties()
                       {"kRealSense", notYet},
                       {"kTextureProvider", m_textureProvider.get()},
                       {"kSettings", m_settings.get()},
+                      {"kStillOptions", m_stillOptions.get()},
                       {"qt_debug", nullptr},
                       {"kAnalyticsManager", KAnalyticsManager::Instance()}};
     for (const auto &property : properties)

@@ -27,6 +27,7 @@ class KSettings;
 class KShaderCodeBuilder;
 class KTextureProvider;
 class KVideoPlugin;
+class StillOptions;
 class KUdpSocket;
 class QOpenGLContext;
 class SharedMemoryManager;
@@ -49,6 +50,7 @@ public:
     void init();
 
     KSettings *settings() const { return m_settings.get(); }
+    StillOptions *stillOptions() const { return m_stillOptions.get(); }
     KQQuickView *view() const { return m_view.get(); }
     KGlobalObject *globalObject() const { return m_globalObject.get(); }
     KShaderCodeBuilder *shaderBuilder() const { return m_shaderBuilder.get(); }
@@ -135,6 +137,7 @@ private:
     CrashHandler *m_crashHandler = nullptr;
     std::unique_ptr<UsageReport> m_usageReport;
     std::unique_ptr<KSettings> m_settings;
+    std::unique_ptr<StillOptions> m_stillOptions;
     std::unique_ptr<KQQuickView> m_view;
     std::unique_ptr<KGlobalObject> m_globalObject;
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;

@@ -3,11 +3,13 @@
 
 #include "app/KGlobalObject.h"
 
+#include "KImage/ImageDef.h"
 #include "KImage/ImageFormats.h"
 #include "app/Application.h"
 #include "app/MediaChoice.h"
 #include "app/MovieMetadata.h"
 #include "app/PlayListReader.h"
+#include "app/StillOptions.h"
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
@@ -26,6 +28,15 @@ namespace {
 constexpr int kResumedStillMs = 3000;
 /// Position reports of the fallback backend, milliseconds: one a frame at 50 frames a second.
 constexpr int kNotifyIntervalMs = 20;
+
+/// Turns the view's middle to where a still says that it begins.
+QMatrix4x4 startRotation(const KIImageDef &still)
+{
+    constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180;
+    const auto yaw = float(still.getYaw() * kRadiansPerDegree);
+    const auto pitch = float(still.getPitch() * kRadiansPerDegree);
+    return CameraMath::matrixFromAngles({yaw, 0, 0}) * CameraMath::matrixFromAngles({0, pitch, 0});
+}
 
 } // namespace
 
@@ -204,7 +215,10 @@ int KGlobalObject::isVideoFile(const QUrl &url) const
     return suffix == QLatin1String("yuv") ? RawVideo : NoVideo;
 }
 
-QStringList KGlobalObject::getSupportedImageFormats() const { return ImageFormats::pictureSuffixes(); }
+QStringList KGlobalObject::getSupportedImageFormats() const
+{
+    return ImageFormats::pictureSuffixes();
+}
 
 QStringList KGlobalObject::getSupportedVideoFormats() const
 {
@@ -263,11 +277,17 @@ void KGlobalObject::resolveProjection(const QVariantMap &metadata)
 QVariantMap KGlobalObject::readMetaData(const QVariant &url)
 {
     QVariantMap metadata;
+    QMatrix4x4 baseRotation;
     const QUrl location = url.toUrl();
-    if (location.isLocalFile() && isVideoFile(location) == Video)
+    if (location.isLocalFile() && isImageFile(location)) {
+        m_application->stillOptions()->refresh();
+        baseRotation = startRotation(
+            ImageDef(location.toLocalFile(), m_application->stillOptions()->options()));
+    } else if (location.isLocalFile() && isVideoFile(location) == Video) {
         metadata = readMovieMetadata(location.toLocalFile());
+    }
 
-    setOffsetMatrix(QMatrix4x4());
+    setOffsetMatrix(baseRotation);
     setYawMin(-CameraMath::kPi);
     setYawMax(CameraMath::kPi);
     setPitchMin(-CameraMath::kPi / 2);

@@ -112,7 +112,8 @@ QQuickImageResponse *KImageProvider::requestImageResponse(const QString &id,
                         m_running.end());
         m_running.append(cancelled);
     }
-    const QUrl url(QUrl::fromPercentEncoding(id.toUtf8()));
+    const QString encoded = id.section(QLatin1Char('?'), 0, 0);
+    const QUrl url(QUrl::fromPercentEncoding(encoded.toUtf8()));
     auto *response = new Response(pathOf(url), request, cancelled);
     m_pool.start(QRunnable::create([response] { response->load(); }));
     return response;

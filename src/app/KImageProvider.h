@@ -1,8 +1,9 @@
 #pragma once
 
-// Gives the scene stills of every kind that the loader takes, as "image://still/<url>" with the URL
-// percent-encoded. The scene's engine owns it; the engine's reader thread asks, a thread of its own
-// decodes, one picture at a time.
+// Gives the scene stills of every kind that the loader takes, as "image://still/<url>?<edition>"
+// with the URL percent-encoded and any text as the edition, by which the scene tells pictures of
+// one file under changing options apart. The scene's engine owns it; the engine's reader thread
+// asks, a thread of its own decodes, one picture at a time.
 
 #include "KImage/ImageOptions.h"
 

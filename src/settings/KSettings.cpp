@@ -62,6 +62,7 @@ KSettings::KSettings(const QString &applicationName, QObject *parent)
     , m_settingsManager(std::make_unique<KSettingsManager>(QSettings::UserScope,
                                                            KVersion::makerName(), applicationName))
 {
+    m_settingsManager->SetListener([this](const QString &key) { emit storeChanged(key); });
     init();
 }
 

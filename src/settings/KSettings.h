@@ -56,6 +56,9 @@ public:
 signals:
     void settingsChanged(QString key);
 
+    /// A key has been written to the store or taken out of it, through settingsManager() or save().
+    void storeChanged(QString key);
+
     /// @p initialValue is what this run started with.
     void settingsNeedRestartChanged(QString key, QVariant value, QVariant initialValue);
 

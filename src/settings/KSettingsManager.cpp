@@ -3,6 +3,8 @@
 #include "foundation/KVersion.h"
 #include "settings/StoreCheck.h"
 
+#include <utility>
+
 namespace {
 
 /// The INI format keeps the section [General] for keys without a group and writes a group named
@@ -50,11 +52,20 @@ KSettingsManager KSettingsManager::ForUser()
 void KSettingsManager::Set(const QString &key, const QVariant &value)
 {
     m_settings.setValue(storeKey(key), value);
+    if (m_listener)
+        m_listener(key);
 }
 
 void KSettingsManager::Remove(const QString &key)
 {
     m_settings.remove(storeKey(key));
+    if (m_listener)
+        m_listener(key);
+}
+
+void KSettingsManager::SetListener(std::function<void(const QString &)> listener)
+{
+    m_listener = std::move(listener);
 }
 
 bool KSettingsManager::Flush()

@@ -14,6 +14,8 @@
 #include <QSettings>
 #include <QStringList>
 
+#include <functional>
+
 class KSettingsManager : public KernelSettingsWriter
 {
 public:
@@ -33,6 +35,9 @@ public:
 
     /// Takes the stored value of @p key, or the group below it, out of the store.
     void Remove(const QString &key);
+
+    /// @p listener is called with each key that this object has set or taken out; there is one.
+    void SetListener(std::function<void(const QString &key)> listener);
 
     /// Writes pending changes out and takes in those of other processes. False when the store
     /// could not be read or written; the values of this process stay in force then.
@@ -76,4 +81,5 @@ private:
     QSettings m_settings;
     bool m_defaultsOnly;
     QHash<QString, QVariant> m_registeredDefaults;
+    std::function<void(const QString &)> m_listener;
 };

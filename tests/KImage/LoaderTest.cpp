@@ -1,10 +1,11 @@
 #include "KImage/ImageFormats.h"
-#include "KImage/ImageLimits.h"
 #include "KImage/ImageLoader.h"
+#include "KImage/KImage.h"
 #include "KImage/Pictures.h"
 
 #include <QTextStream>
-#include <QtEndian>
+
+#include <functional>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -42,27 +43,14 @@ std::string text(const QVector<int> &p)
     return s.toStdString();
 }
 
-/// A PNG of one header that claims @p width by @p height pixels and holds none.
-QByteArray pngClaiming(quint32 width, quint32 height)
+/// A PNG that holds no more than a header, of these sides and their CRC in hexadecimal digits.
+QByteArray pngClaiming(const char *sides, const char *crc)
 {
-    QByteArray header("IHDR");
-    header.resize(17);
-    qToBigEndian(width, header.data() + 4);
-    qToBigEndian(height, header.data() + 8);
-    header[12] = 8;
-    header[13] = 2;
-    header[14] = header[15] = header[16] = 0;
-    quint32 crc = 0xFFFFFFFF;
-    for (const char byte : header) {
-        crc ^= uchar(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
-    }
-    QByteArray png("\x89PNG\r\n\x1a\n\0\0\0\x0d", 12);
-    png += header;
-    png.resize(33);
-    qToBigEndian(~crc, png.data() + 29);
-    return png + QByteArray("\0\0\0\x08IDAT\x78\x9c\x63\x60\0\0\0\x01\0\0\0\0", 20);
+    return "\x89PNG\r\n\x1a\n" + QByteArray::fromHex("0000000d49484452") +
+           QByteArray::fromHex(sides) + QByteArray::fromHex("0802000000") +
+           QByteArray::fromHex(crc) +
+           QByteArray::fromHex("00000008494441547801636000000001"
+                               "00000000");
 }
 
 } // namespace
@@ -96,7 +84,6 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
         {"a.gif", {}, "GIF", 0, false},
         {"a.hdr", {}, "HDR", 13, true},
         {"a.bmp", {}, "BMP", 0, false},
-        {"png-by-contents.jpg", {}, "JPEG", 8, false},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
@@ -185,37 +172,44 @@ TEST(Loader, AlphaGrayAndLinearLight)
             ASSERT_EQ(ImageLoader::load(row.path, fittedInto(limit), bitmap), ImageError::None);
             EXPECT_TRUE(near(pixel(bitmap, 1, 1), row.expected, 2)) << text(pixel(bitmap, 1, 1));
         }
-        KBitmap screen;
-        const LoadRequest request = fittedInto(QSize(), PixelFormat::Bgra8Premultiplied);
-        ASSERT_EQ(ImageLoader::load(row.path, request, screen), ImageError::None);
-        const uchar *p = screen.line(1);
-        const int alpha = row.expected.at(3);
-        EXPECT_NEAR(p[2], row.expected.at(0) * alpha / 255, 2);
-        EXPECT_NEAR(p[0], row.expected.at(2) * alpha / 255, 2);
-        EXPECT_NEAR(p[3], alpha, 1);
     }
 }
 
 TEST(Loader, OrientationTurnsThePictureUpright)
 {
     const test::Pictures pictures;
-    for (const char *name : {"a.jpg", "a.tif"}) {
-        const QString path = pictures.make(name, test::Pictures::orangeAndBlue() +
-                                                     QStringList{"-sampling-factor", "1x1"});
-        pictures.run("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", name});
-        ImageInfo info;
-        ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
-        EXPECT_EQ(info.size, QSize(32, 64));
-        LoadRequest native;
-        native.format = std::nullopt;
-        for (const LoadRequest &request :
-             {fittedInto(QSize()), fittedInto(QSize(16, 32)), native}) {
-            KBitmap bitmap;
-            ASSERT_EQ(ImageLoader::load(path, request, bitmap), ImageError::None);
-            EXPECT_EQ(bitmap.width() * 2, bitmap.height());
-            // A quarter turn clockwise brings the left side up.
-            EXPECT_GT(bitmap.line(2)[0], 200);
-            EXPECT_LT(bitmap.line(bitmap.height() - 3)[0], 60);
+    // Four corners of different colours, and ImageMagick's own turning of them.
+    const QStringList corners{
+        "-size",    "32x16",   "xc:red", "xc:lime", "+append",          "(",  "xc:blue",
+        "xc:white", "+append", ")",      "-append", "-sampling-factor", "1x1"};
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        for (const char *name : {"a.jpg", "a.tif"}) {
+            SCOPED_TRACE(testing::Message() << name << orientation);
+            const QString path = pictures.make(name, corners);
+            pictures.run("exiftool", {"-q", "-overwrite_original", "-n",
+                                      QStringLiteral("-Orientation=%1").arg(orientation), name});
+            pictures.run("convert", {name, "-auto-orient", "upright.png"});
+            const QImage upright(pictures.path("upright.png"));
+            ImageInfo info;
+            ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+            EXPECT_EQ(info.size, upright.size());
+            LoadRequest native;
+            native.format = std::nullopt;
+            for (const LoadRequest &request :
+                 {fittedInto(QSize()), fittedInto(upright.size() / 2), native}) {
+                KBitmap loaded;
+                ASSERT_EQ(ImageLoader::load(path, request, loaded), ImageError::None);
+                ASSERT_EQ(loaded.width() * upright.height(), loaded.height() * upright.width());
+                const KBitmap rgba = KImage::Convert(loaded, PixelFormat::Rgba8);
+                for (const QPointF &at :
+                     {QPointF(0.2, 0.2), QPointF(0.8, 0.2), QPointF(0.2, 0.8)}) {
+                    const QColor expected = upright.pixelColor(int(at.x() * upright.width()),
+                                                               int(at.y() * upright.height()));
+                    EXPECT_TRUE(
+                        near(pixel(rgba, int(at.x() * rgba.width()), int(at.y() * rgba.height())),
+                             {expected.red(), expected.green(), expected.blue(), 255}, 12));
+                }
+            }
         }
     }
 }
@@ -244,27 +238,26 @@ TEST(Loader, CameraRawsFollowTheirOptions)
     const QVector<int> base = middle(plain);
     EXPECT_TRUE(near(middle(plain, QSize(16, 12)), base, 20));
 
-    RawOptions changed = plain;
-    changed.brightness = 0.5;
-    EXPECT_LT(middle(changed)[1], base[1] - 20);
-    changed = plain;
-    changed.gamma = 1.0;
-    EXPECT_LT(middle(changed)[1], base[1] - 20);
-    changed = plain;
-    changed.autoBright = true;
-    EXPECT_NE(middle(changed), base);
-    changed = plain;
-    changed.redScaling = 0.5;
-    EXPECT_LT(middle(changed)[0], base[0] - 20);
-    changed = plain;
-    changed.blueScaling = 0.5;
-    EXPECT_LT(middle(changed)[2], base[2] - 20);
-    changed = plain;
-    changed.cameraBalance = true;
-    EXPECT_NE(middle(changed), base);
-    changed = plain;
-    changed.automaticBalance = true;
-    EXPECT_NE(middle(changed), base);
+    const struct
+    {
+        std::function<void(RawOptions &)> change;
+        int darkerChannel; ///< -1 for any other colour
+    } rows[] = {{[](RawOptions &o) { o.brightness = 0.5; }, 1},
+                {[](RawOptions &o) { o.gamma = 1.0; }, 1},
+                {[](RawOptions &o) { o.redScaling = 0.5; }, 0},
+                {[](RawOptions &o) { o.blueScaling = 0.5; }, 2},
+                {[](RawOptions &o) { o.autoBright = true; }, -1},
+                {[](RawOptions &o) { o.cameraBalance = true; }, -1},
+                {[](RawOptions &o) { o.automaticBalance = true; }, -1}};
+    for (const auto &row : rows) {
+        RawOptions changed = plain;
+        row.change(changed);
+        const QVector<int> colour = middle(changed);
+        EXPECT_NE(colour, base);
+        if (row.darkerChannel >= 0) {
+            EXPECT_LT(colour[row.darkerChannel], base[row.darkerChannel] - 20);
+        }
+    }
 
     LoadRequest native;
     native.format = std::nullopt;
@@ -288,7 +281,6 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
         ImageError error;
     } rows[] = {
         {pictures.path("absent.jpg"), ImageError::FileOpen},
-        {pictures.path(""), ImageError::FileOpen},
         {pipe, ImageError::FileOpen},
         {pictures.write("empty.jpg", ""), ImageError::FileRead},
         {pictures.write("text.jpg", "just words"), ImageError::UnknownFormat},
@@ -297,9 +289,12 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
         {pictures.write("head.jpg", bytes.left(20)), ImageError::FileRead},
         {pictures.write("head.exr", exr), ImageError::FileRead},
         {pictures.write("a.svgz", "\x1f\x8b"), ImageError::UnknownFormat},
-        {pictures.write("bomb.png", pngClaiming(100000, 100000)), ImageError::NoMemory},
-        {pictures.write("long.png", pngClaiming(2000000, 1)), ImageError::NoMemory},
-        {pictures.write("lying.png", pngClaiming(0x7FFFFFFF, 0x7FFFFFFF)), ImageError::FileRead},
+        {pictures.write("bomb.png", pngClaiming("000186a0000186a0", "27309c9f")),
+         ImageError::NoMemory},
+        {pictures.write("long.png", pngClaiming("001e848000000001", "bba1491e")),
+         ImageError::NoMemory},
+        {pictures.write("lying.png", pngClaiming("7fffffff7fffffff", "9bab9c31")),
+         ImageError::FileRead},
         {pictures.write("bomb.hdr", hugeHdr), ImageError::NoMemory},
         {pictures.write("bomb.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='100000' "
                                     "height='100000'/>"),
@@ -336,22 +331,10 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
     EXPECT_NE(ImageLoader::load(jpeg, request, none), ImageError::None);
 }
 
-TEST(Loader, ClassesSuffixesAndSizes)
+TEST(Loader, SuffixesAndSizes)
 {
-    const struct
-    {
-        const char *path;
-        ImageClass expected;
-    } rows[] = {{"/a/b.cr2", ImageClass::Raw},
-                {"/a/b.Nef", ImageClass::Raw},
-                {"/a.dng/b.jpg", ImageClass::Ordinary},
-                {"b.exr", ImageClass::HighDynamicRange},
-                {"b.HDR", ImageClass::HighDynamicRange},
-                {"b.THM", ImageClass::Ordinary},
-                {"", ImageClass::Ordinary}};
-    for (const auto &row : rows)
-        EXPECT_EQ(ImageFormats::classOf(row.path), row.expected) << row.path;
-
+    EXPECT_EQ(ImageFormats::classOf("/a/b.Nef"), ImageClass::Raw);
+    EXPECT_EQ(ImageFormats::classOf("/a.dng/b.THM"), ImageClass::Ordinary);
     const QStringList suffixes = ImageFormats::pictureSuffixes();
     for (const char *suffix : {"jpg", "jpeg", "png", "tif", "webp", "hdr", "exr", "heic", "bmp",
                                "svg", "gif", "dng", "arw", "thm"})
@@ -363,6 +346,4 @@ TEST(Loader, ClassesSuffixesAndSizes)
     EXPECT_EQ(ImageLoader::fitted({100, 50}, {0, 50}), QSize(100, 50));
     EXPECT_EQ(ImageLoader::fitted({10, 5}, {50, 50}), QSize(10, 5));
     EXPECT_EQ(ImageLoader::fitted({1000, 1}, {10, 10}), QSize(10, 1));
-    EXPECT_FALSE(ImageLimits::acceptable(0, 1));
-    EXPECT_TRUE(ImageLimits::acceptable(40000, 20000));
 }

@@ -54,8 +54,8 @@ TEST(Tables, CamerasOfTheProgramAreFound)
         {"Canon", "Canon EOS 350D DIGITAL", 1.62},
         {"SONY", "ILCE-6000", 1.534},
         {"FUJIFILM", "X-T1", 1.529},
+        {"Canon", "Canon PowerShot A400", 7.69},
         {"Canon", "Canon EOS 0000", 0},
-        {"canon", "Canon EOS 5D", 0},
         {"", "", 0},
     };
     for (const auto &row : rows) {
@@ -70,7 +70,7 @@ TEST(Tables, NoNameHidesALongerOneThatFollows)
     QFile file("Data:cameras.txt");
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QList<CameraProperties::Entry> entries = cameras(QString::fromUtf8(file.readAll()));
-    EXPECT_GT(entries.size(), 1000);
+    EXPECT_GT(entries.size(), 2000);
     for (int i = 0; i < entries.size(); ++i) {
         for (int j = i + 1; j < entries.size() && entries.at(j).brand == entries.at(i).brand; ++j)
             EXPECT_FALSE(entries.at(j).model.contains(entries.at(i).model))
@@ -90,22 +90,16 @@ TEST(Tables, LensesOfTheProgramAreFound)
     EXPECT_TRUE(table->getLens("", "Canon").isEmpty());
     EXPECT_GT(table->getLens("24 70", "CANON").size(), 1);
     EXPECT_GT(table->getLens("50 50", "").size(), table->getLens("50 50", "Canon").size());
-    bool tiltShift = false;
-    for (const auto &lens : table->getLens("24 24", "Canon"))
-        tiltShift = tiltShift || lens.type == LensType::TiltShift;
-    EXPECT_TRUE(tiltShift);
 }
 
 TEST(Tables, MissingFileIsAnException)
 {
-    CameraProperties noCameras("Data:none.txt");
-    LensIDProperties noLenses("Data:none.txt");
     double scale = 0;
     try {
-        noCameras.getSensorScale("Canon", "Canon", scale);
+        CameraProperties("Data:none.txt").getSensorScale("Canon", "Canon", scale);
         FAIL();
     } catch (const KException &error) {
         EXPECT_EQ(error.message, "Can't open Data:none.txt");
     }
-    EXPECT_THROW(noLenses.getLens("8", "Canon"), KException);
+    EXPECT_THROW(LensIDProperties("Data:none.txt").getLens("8", "Canon"), KException);
 }

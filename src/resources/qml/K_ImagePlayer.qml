@@ -64,8 +64,15 @@ Item {
         id: image
         // Before the driver's limit is known a picture could come out too large for a texture.
         readonly property size limit: kView.maxTextureSize
-        source: limit.width > 0 && root.mediaSource.toString() !== ""
-            ? "image://still/" + encodeURIComponent(root.mediaSource) : ""
+        source: {
+            if (limit.width <= 0 || root.mediaSource.toString() === "")
+                return ""
+            // What is no file is fetched by the scene itself.
+            return kGlobalObject.isFile(root.mediaSource)
+                ? "image://still/" + encodeURIComponent(root.mediaSource)
+                  + "?" + kStillOptions.edition
+                : root.mediaSource
+        }
         sourceSize: limit.width > 0
             ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)
             : undefined
