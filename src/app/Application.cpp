@@ -10,6 +10,7 @@
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
+#include "hmd/KHmd.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
 #include "net/KUdpSocket.h"
@@ -56,7 +57,9 @@ Application::Application(const QString &name, int &argc, char **argv)
 
 Application::~Application()
 {
-    // Its thread draws into textures of the view's share group.
+    // Their threads use the view's share group.
+    if (m_hmd)
+        m_hmd->stopThread();
     if (m_sharedMemoryManager)
         m_sharedMemoryManager->stop();
     if (m_view)
@@ -67,6 +70,7 @@ Application::~Application()
     releaseVlcInstance(); // the players went with the view
     m_globalObject.reset();
     m_shaderBuilder.reset();
+    m_hmd.reset();
     m_display.reset();
     m_sensor.reset();
     m_udpSocket.reset();
@@ -88,6 +92,11 @@ void Application::setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder)
 void Application::setTextureProvider(std::unique_ptr<KTextureProvider> provider)
 {
     m_textureProvider = std::move(provider);
+}
+
+void Application::setHmd(std::unique_ptr<KHmd> hmd)
+{
+    m_hmd = std::move(hmd);
 }
 
 QSize Application::maxTextureSize() const
@@ -305,6 +314,15 @@ void Application::checkOpenGLVersion()
     m_sharedGlContext->setFormat(context->format());
     m_sharedGlContext->create();
     emit openGLReady();
+}
+
+void Application::initHmdUIManager()
+{
+    if (!m_hmd || !m_hmd->isRunning())
+        return; // its thread has ended since it asked
+    m_hmd->setAvailable(true);
+    m_hmd->setActivated(true);
+    m_shaderBuilder->setHmdMode(true);
 }
 
 void Application::displayOpenGLErrorMessage()

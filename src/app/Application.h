@@ -21,6 +21,7 @@ class CrashHandler;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
+class KHmd;
 class KQQuickView;
 class KSensor;
 class KSettings;
@@ -55,6 +56,8 @@ public:
     KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
     KSensor *sensor() const { return m_sensor.get(); }
+    /// Replaced when the automatic choice goes on to the next kind of device.
+    KHmd *hmd() const { return m_hmd.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -95,12 +98,15 @@ public:
     void setGlobalObject(std::unique_ptr<KGlobalObject> globalObject);
     void setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder);
     void setTextureProvider(std::unique_ptr<KTextureProvider> provider);
+    void setHmd(std::unique_ptr<KHmd> hmd);
     void setOption(const QString &name, const QVariant &value) { m_options.insert(name, value); }
 
 public slots:
     void displayOpenGLErrorMessage();
     /// Runs on the render thread with the scene graph's context current.
     void checkOpenGLVersion();
+    /// A headset works: brings up the interface inside it and switches it on.
+    void initHmdUIManager();
     /// Records which OpenGL flavour main chose before this object existed.
     void initRenderer();
     /// The end of the window is the end of the program, by way of KGlobalObject::quit().
@@ -136,6 +142,7 @@ private:
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
+    std::unique_ptr<KHmd> m_hmd;
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;
