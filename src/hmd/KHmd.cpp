@@ -181,11 +181,11 @@ void KHmd::startWorker(std::unique_ptr<WorkerThreadVR> worker, const QString &sd
     }
     m_worker = std::move(worker);
     m_worker->setHeadsetInterface(m_interface);
-    // A thread that was stopped meanwhile has been answered for already.
+    // A thread that was stopped has been answered for when its signal comes, and another may run.
     connect(
         m_worker.get(), &QThread::finished, this,
-        [this, finished = m_worker.get()] {
-            if (m_worker.get() == finished)
+        [this, run = ++m_runs] {
+            if (m_worker && run == m_runs)
                 workerEnded();
         },
         Qt::QueuedConnection);

@@ -172,4 +172,5 @@ private:
     HeadsetInterface *m_interface = nullptr;
     std::unique_ptr<HeadsetView> m_headsetView;
     std::unique_ptr<WorkerThreadVR> m_worker;
+    int m_runs = 0; // threads started so far
 };
