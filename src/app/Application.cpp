@@ -10,7 +10,7 @@
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
-#include "hmd/KHmd.h"
+#include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
 #include "net/KUdpSocket.h"
@@ -96,7 +96,11 @@ void Application::setTextureProvider(std::unique_ptr<KTextureProvider> provider)
 
 void Application::setHmd(std::unique_ptr<KHmd> hmd)
 {
-    m_hmd = std::move(hmd);
+    // Nobody may be left with the old one when it goes.
+    m_headsetView = hmd ? hmd->headsetView() : nullptr;
+    if (m_view)
+        m_view->rootContext()->setContextProperty(QStringLiteral("kHmdDevice"), hmd.get());
+    m_hmd.swap(hmd);
 }
 
 QSize Application::maxTextureSize() const
@@ -132,6 +136,7 @@ void Application::init()
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
     m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
+    initHmdSdk();
     // The limits depend on the shader builder, which comes after the view state.
     m_globalObject->setFovLimits();
     m_sensor = KSensor::create(m_globalObject.get());
@@ -257,7 +262,7 @@ void Application::publishContextProperties()
                       {"kVideoPlugin", m_videoPlugin.get()},
                       {"kView", m_view.get()},
                       {"kShaderCodeBuilder", m_shaderBuilder.get()},
-                      {"kHmdDevice", notYet},
+                      {"kHmdDevice", m_hmd.get()},
                       {"kLeap", notYet},
                       {"kGlobalObject", m_globalObject.get()},
                       {"kSensor", m_sensor.get()},
@@ -314,6 +319,21 @@ void Application::checkOpenGLVersion()
     m_sharedGlContext->setFormat(context->format());
     m_sharedGlContext->create();
     emit openGLReady();
+}
+
+void Application::initHmdSdk()
+{
+    if (!m_hmd) {
+        setHmd(std::make_unique<KOpenVR>(this));
+        return;
+    }
+    if (!m_hmd->fallbackRequested())
+        return;
+    auto next = std::make_unique<KOpenVR>(this);
+    // What the first family had to say comes before all that this one adds.
+    next->KHmd::setLogMessage(m_hmd->logMessage() + QLatin1Char('\n'));
+    setHmd(std::move(next));
+    m_hmd->startThread();
 }
 
 void Application::initHmdUIManager()

@@ -105,6 +105,9 @@ public slots:
     void displayOpenGLErrorMessage();
     /// Runs on the render thread with the scene graph's context current.
     void checkOpenGLVersion();
+    /// Makes the headset object of the setting; called again, goes on from the first family to the
+    /// second where the first has asked for it.
+    void initHmdSdk();
     /// A headset works: brings up the interface inside it and switches it on.
     void initHmdUIManager();
     /// Records which OpenGL flavour main chose before this object existed.
