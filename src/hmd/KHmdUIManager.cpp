@@ -143,10 +143,29 @@ void KHmdUIManager::setActivated(bool activated)
         if (activated)
             m_uiOrientation = GazeMapping::panelFrame(globalObject ? globalObject->yaw() : 0);
     }
+    if (m_filteredWindow)
+        m_filteredWindow->removeEventFilter(this);
+    m_filteredWindow = activated ? targetWindow() : nullptr;
+    if (m_filteredWindow)
+        m_filteredWindow->installEventFilter(this);
     setUiState(Idle);
     emit activatedChanged();
     if (QObject *player = globalObject ? globalObject->mediaPlayer() : nullptr)
         QMetaObject::invokeMethod(player, activated ? "pause" : "play");
+}
+
+bool KHmdUIManager::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Enter:
+    case QEvent::Leave:
+        return true;
+    case QEvent::MouseMove:
+        return static_cast<QMouseEvent *>(event)->source() !=
+               Qt::MouseEventSynthesizedByApplication;
+    default:
+        return QObject::eventFilter(watched, event);
+    }
 }
 
 bool KHmdUIManager::hasMedium() const

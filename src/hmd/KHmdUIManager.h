@@ -71,6 +71,10 @@ public:
     QSize textureSize(int layer) const override;
     bool detectTap(const std::array<float, 3> &velocity, float gazePitch) override;
 
+    /// While the interface is open, the window's own pointer moves nothing: it would take the hover
+    /// away from under the gaze.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 public slots:
     /// Opening turns the panel straight ahead and pauses the medium; closing plays it.
     void setActivated(bool activated);
@@ -95,6 +99,7 @@ private:
     int m_uiState = Idle;
     QPointer<QObject> m_hmdUI;
     QPointer<QObject> m_hmdUIForeground;
+    QPointer<QObject> m_filteredWindow; // while the interface is open
 
     mutable PoseLock m_lock;
     bool m_activated = false; // under m_lock, as is the next
