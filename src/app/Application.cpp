@@ -10,6 +10,7 @@
 #include "app/KQQuickView.h"
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
+#include "hmd/KHmdUIManager.h"
 #include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
@@ -65,6 +66,9 @@ Application::~Application()
     if (m_view)
         m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
+    if (m_hmd)
+        m_hmd->setHeadsetInterface(nullptr);
+    m_hmdUiManager.reset();
     m_videoPlugin.reset();
     m_view.reset();
     releaseVlcInstance(); // the players went with the view
@@ -75,6 +79,7 @@ Application::~Application()
     m_sensor.reset();
     m_udpSocket.reset();
     m_textureProvider.reset();
+    sendPostedEvents(nullptr, QEvent::DeferredDelete); // no event loop will
     m_settings->save();
     m_settings.reset();
 }
@@ -282,6 +287,7 @@ void Application::registerQmlTypes()
     const QString enumsOnly = QStringLiteral("Enums only");
     qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
     qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
+    qmlRegisterUncreatableType<KHmdUIManager>(uri, 1, 0, "KHmdUIManager", enumsOnly);
     qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
     qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
     qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");
@@ -340,6 +346,10 @@ void Application::initHmdUIManager()
 {
     if (!m_hmd || !m_hmd->isRunning())
         return; // its thread has ended since it asked
+    // Another program brings an interface of its own.
+    if (!m_hmdUiManager && !m_sharedMemory)
+        m_hmdUiManager = std::make_unique<KHmdUIManager>(this, sharedGlContext(), m_view->engine());
+    m_hmd->setHeadsetInterface(m_hmdUiManager.get());
     m_hmd->setAvailable(true);
     m_hmd->setActivated(true);
     m_shaderBuilder->setHmdMode(true);

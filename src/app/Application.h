@@ -22,6 +22,7 @@ class HeadsetView;
 class KDisplay;
 class KGlobalObject;
 class KHmd;
+class KHmdUIManager;
 class KQQuickView;
 class KSensor;
 class KSettings;
@@ -58,6 +59,8 @@ public:
     KSensor *sensor() const { return m_sensor.get(); }
     /// Replaced when the automatic choice goes on to the next kind of device.
     KHmd *hmd() const { return m_hmd.get(); }
+    /// The interface inside the headset; null until the first headset works.
+    KHmdUIManager *hmdUiManager() const { return m_hmdUiManager.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -146,6 +149,7 @@ private:
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
     std::unique_ptr<KHmd> m_hmd;
+    std::unique_ptr<KHmdUIManager> m_hmdUiManager;
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;

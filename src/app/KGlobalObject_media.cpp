@@ -183,7 +183,7 @@ QUrl KGlobalObject::getThumb(const QUrl &medium) const
         return {};
     const QString thumb =
         file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1String(".png");
-    return QFileInfo::exists(thumb) ? QUrl(QLatin1String("file:/") + thumb) : QUrl();
+    return QFileInfo::exists(thumb) ? QUrl::fromLocalFile(thumb) : QUrl();
 }
 
 QString KGlobalObject::getStereoConfig(const QUrl &medium) const
