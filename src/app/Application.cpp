@@ -11,6 +11,7 @@
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
 #include "hmd/KHmdUIManager.h"
+#include "hmd/KOculus.h"
 #include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
@@ -330,7 +331,15 @@ void Application::checkOpenGLVersion()
 void Application::initHmdSdk()
 {
     if (!m_hmd) {
-        setHmd(std::make_unique<KOpenVR>(this));
+        const QString sdk = m_settings->get(QStringLiteral("application/hmd/sdk")).toString();
+        if (sdk == QLatin1String("openvr")) {
+            setHmd(std::make_unique<KOpenVR>(this));
+            return;
+        }
+        setHmd(std::make_unique<KOculus>(this));
+        if (sdk == QLatin1String("auto"))
+            connect(m_hmd.get(), &KHmd::workerThreadFinished, this, &Application::initHmdSdk,
+                    Qt::QueuedConnection);
         return;
     }
     if (!m_hmd->fallbackRequested())
@@ -347,7 +356,7 @@ void Application::initHmdUIManager()
     if (!m_hmd || !m_hmd->isRunning())
         return; // its thread has ended since it asked
     // Another program brings an interface of its own.
-    if (!m_hmdUiManager && !m_sharedMemory)
+    if (!m_hmdUiManager && !m_sharedMemory && m_view)
         m_hmdUiManager = std::make_unique<KHmdUIManager>(this, sharedGlContext(), m_view->engine());
     m_hmd->setHeadsetInterface(m_hmdUiManager.get());
     m_hmd->setAvailable(true);
