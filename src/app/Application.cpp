@@ -11,6 +11,9 @@
 #include "app/OpenGLFlavour.h"
 #include "app/StillOptions.h"
 #include "foundation/KVersion.h"
+#include "hmd/KHmdUIManager.h"
+#include "hmd/KOculus.h"
+#include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
 #include "net/KUdpSocket.h"
@@ -58,22 +61,29 @@ Application::Application(const QString &name, int &argc, char **argv)
 
 Application::~Application()
 {
-    // Its thread draws into textures of the view's share group.
+    // Their threads use the view's share group.
+    if (m_hmd)
+        m_hmd->stopThread();
     if (m_sharedMemoryManager)
         m_sharedMemoryManager->stop();
     if (m_view)
         m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
+    if (m_hmd)
+        m_hmd->setHeadsetInterface(nullptr);
+    m_hmdUiManager.reset();
     m_videoPlugin.reset();
     m_view.reset();
     releaseVlcInstance(); // the players went with the view
     m_globalObject.reset();
     m_shaderBuilder.reset();
+    m_hmd.reset();
     m_display.reset();
     m_sensor.reset();
     m_udpSocket.reset();
     m_textureProvider.reset();
     m_stillOptions.reset();
+    sendPostedEvents(nullptr, QEvent::DeferredDelete); // no event loop will
     m_settings->save();
     m_settings.reset();
 }
@@ -96,6 +106,15 @@ void Application::setTextureProvider(std::unique_ptr<KTextureProvider> provider)
 void Application::setDeployment(const Deployment &deployment)
 {
     m_deployment = std::make_unique<Deployment>(deployment);
+}
+
+void Application::setHmd(std::unique_ptr<KHmd> hmd)
+{
+    // Nobody may be left with the old one when it goes.
+    m_headsetView = hmd ? hmd->headsetView() : nullptr;
+    if (m_view)
+        m_view->rootContext()->setContextProperty(QStringLiteral("kHmdDevice"), hmd.get());
+    m_hmd.swap(hmd);
 }
 
 QSize Application::maxTextureSize() const
@@ -142,6 +161,7 @@ void Application::init()
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
     m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
+    initHmdSdk();
     // The limits depend on the shader builder, which comes after the view state.
     m_globalObject->setFovLimits();
     m_sensor = KSensor::create(m_globalObject.get());
@@ -268,7 +288,7 @@ void Application::publishContextProperties()
                       {"kVideoPlugin", m_videoPlugin.get()},
                       {"kView", m_view.get()},
                       {"kShaderCodeBuilder", m_shaderBuilder.get()},
-                      {"kHmdDevice", notYet},
+                      {"kHmdDevice", m_hmd.get()},
                       {"kLeap", notYet},
                       {"kGlobalObject", m_globalObject.get()},
                       {"kSensor", m_sensor.get()},
@@ -289,6 +309,7 @@ void Application::registerQmlTypes()
     const QString enumsOnly = QStringLiteral("Enums only");
     qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
     qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
+    qmlRegisterUncreatableType<KHmdUIManager>(uri, 1, 0, "KHmdUIManager", enumsOnly);
     qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
     qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
     qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");
@@ -326,6 +347,42 @@ void Application::checkOpenGLVersion()
     m_sharedGlContext->setFormat(context->format());
     m_sharedGlContext->create();
     emit openGLReady();
+}
+
+void Application::initHmdSdk()
+{
+    if (!m_hmd) {
+        const QString sdk = m_settings->get(QStringLiteral("application/hmd/sdk")).toString();
+        if (sdk == QLatin1String("openvr")) {
+            setHmd(std::make_unique<KOpenVR>(this));
+            return;
+        }
+        setHmd(std::make_unique<KOculus>(this));
+        if (sdk == QLatin1String("auto"))
+            connect(m_hmd.get(), &KHmd::workerThreadFinished, this, &Application::initHmdSdk,
+                    Qt::QueuedConnection);
+        return;
+    }
+    if (!m_hmd->fallbackRequested())
+        return;
+    auto next = std::make_unique<KOpenVR>(this);
+    // What the first family had to say comes before all that this one adds.
+    next->KHmd::setLogMessage(m_hmd->logMessage() + QLatin1Char('\n'));
+    setHmd(std::move(next));
+    m_hmd->startThread();
+}
+
+void Application::initHmdUIManager()
+{
+    if (!m_hmd || !m_hmd->isRunning())
+        return; // its thread has ended since it asked
+    // Another program brings an interface of its own.
+    if (!m_hmdUiManager && !m_sharedMemory && m_view)
+        m_hmdUiManager = std::make_unique<KHmdUIManager>(this, sharedGlContext(), m_view->engine());
+    m_hmd->setHeadsetInterface(m_hmdUiManager.get());
+    m_hmd->setAvailable(true);
+    m_hmd->setActivated(true);
+    m_shaderBuilder->setHmdMode(true);
 }
 
 void Application::displayOpenGLErrorMessage()

@@ -21,6 +21,8 @@ class CrashHandler;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
+class KHmd;
+class KHmdUIManager;
 class KQQuickView;
 class KSensor;
 class KSettings;
@@ -57,6 +59,10 @@ public:
     KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
     KSensor *sensor() const { return m_sensor.get(); }
+    /// Replaced when the automatic choice goes on to the next kind of device.
+    KHmd *hmd() const { return m_hmd.get(); }
+    /// The interface inside the headset; null until the first headset works.
+    KHmdUIManager *hmdUiManager() const { return m_hmdUiManager.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -101,12 +107,18 @@ public:
     void setShaderBuilder(std::unique_ptr<KShaderCodeBuilder> builder);
     void setTextureProvider(std::unique_ptr<KTextureProvider> provider);
     void setDeployment(const Deployment &deployment);
+    void setHmd(std::unique_ptr<KHmd> hmd);
     void setOption(const QString &name, const QVariant &value) { m_options.insert(name, value); }
 
 public slots:
     void displayOpenGLErrorMessage();
     /// Runs on the render thread with the scene graph's context current.
     void checkOpenGLVersion();
+    /// Makes the headset object of the setting; called again, goes on from the first family to the
+    /// second where the first has asked for it.
+    void initHmdSdk();
+    /// A headset works: brings up the interface inside it and switches it on.
+    void initHmdUIManager();
     /// Records which OpenGL flavour main chose before this object existed.
     void initRenderer();
     /// The end of the window is the end of the program, by way of KGlobalObject::quit().
@@ -143,6 +155,8 @@ private:
     std::unique_ptr<KShaderCodeBuilder> m_shaderBuilder;
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
+    std::unique_ptr<KHmd> m_hmd;
+    std::unique_ptr<KHmdUIManager> m_hmdUiManager;
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;

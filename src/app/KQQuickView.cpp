@@ -143,7 +143,9 @@ bool KQQuickView::nativeEvent(const QByteArray &eventType, void *message, long *
 
 void KQQuickView::mouseMoveEvent(QMouseEvent *event)
 {
-    emit mouseMoved(event->x(), event->y());
+    // The gaze inside a headset moves over the scenes beside the window, not over the window.
+    if (event->source() != Qt::MouseEventSynthesizedByApplication)
+        emit mouseMoved(event->x(), event->y());
     QQuickView::mouseMoveEvent(event);
 }
 

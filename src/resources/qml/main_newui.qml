@@ -188,6 +188,13 @@ FocusScope {
         commands: k_commands
     }
 
+    // Not among the layers, whose edges would cut off the gaze.
+    K_HmdUiLoader {
+        objectName: "k_hmdUiLoader"
+        anchors.fill: parent
+        z: 20
+    }
+
     MessageDialog {
         id: messageDialog
         objectName: "messageDialog"

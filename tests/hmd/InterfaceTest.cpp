@@ -1,0 +1,443 @@
+// The interface inside the headset in the real scene, with a headset that is a plain object.
+
+#include "app/Application.h"
+#include "app/KGlobalObject.h"
+#include "app/KQQuickView.h"
+#include "hmd/KHmdUIManager.h"
+#include "render/CameraMath.h"
+#include "render/HeadsetView.h"
+#include "render/KTextureProvider.h"
+#include "settings/KSettings.h"
+#include "support/GlStage.h"
+#include "support/WarningGuard.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QOpenGLContext>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+
+namespace {
+
+constexpr float kDegree = CameraMath::kPi / 180;
+const QSize kSceneSize(4000, 2000);
+constexpr int kPlayingState = 1; // of MediaPlayer in the scene
+
+/// The face that the scene and the view see of a headset.
+class FakeHeadset : public QObject, public HeadsetView
+{
+    Q_OBJECT
+    Q_PROPERTY(bool available MEMBER available NOTIFY availableChanged)
+    Q_PROPERTY(bool activated MEMBER activated NOTIFY activatedChanged)
+    Q_PROPERTY(int fps MEMBER fps NOTIFY fpsChanged)
+    Q_PROPERTY(QPointF lensCenterLeft MEMBER centre CONSTANT)
+    Q_PROPERTY(QPointF lensCenterRight MEMBER centre CONSTANT)
+    Q_PROPERTY(QString logMessage MEMBER logMessage CONSTANT)
+
+public:
+    Q_INVOKABLE QString sdkType() const { return QStringLiteral("OpenVR"); }
+    Q_INVOKABLE bool isSupported() const { return true; }
+
+    bool isActivated() const override { return activated; }
+    std::optional<QMatrix4x4> pose() const override { return head; }
+    bool isInterfaceActive() const override { return manager && manager->isShown(); }
+    QMatrix4x4 interfaceOrientation() const override { return manager->orientation(); }
+    int interfaceTextureId(InterfaceLayer layer) const override
+    {
+        return manager->textureId(layer);
+    }
+
+    bool available = false;
+    bool activated = false;
+    int fps = 0;
+    QPointF centre{0.5, 0.5};
+    QString logMessage;
+    std::optional<QMatrix4x4> head;
+    KHmdUIManager *manager = nullptr;
+
+signals:
+    void availableChanged();
+    void activatedChanged();
+    void fpsChanged();
+};
+
+/// Notes what it is asked for; loader and player in one.
+class FakeLoader : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject *mediaPlayer READ self CONSTANT)
+    Q_PROPERTY(QUrl mediaSource MEMBER source)
+
+public:
+    QObject *self() { return this; }
+    Q_INVOKABLE void playPause() { calls.append("playPause"); }
+    Q_INVOKABLE void play() { calls.append("play"); }
+    Q_INVOKABLE void pause() { calls.append("pause"); }
+    Q_INVOKABLE void seekJumpUp() { calls.append("seekJumpUp"); }
+    Q_INVOKABLE void seekJumpDown() { calls.append("seekJumpDown"); }
+    Q_INVOKABLE void seekJump(const QVariant &ms) { calls.append("seekJump " + ms.toString()); }
+
+    QStringList calls;
+    QUrl source;
+};
+
+class Interface : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        auto *app = static_cast<Application *>(qApp);
+        app->init();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(app->view()));
+        headset = new FakeHeadset;
+        headset->setParent(app->view());
+        app->setHeadsetView(headset);
+        app->view()->rootContext()->setContextProperty("kHmdDevice", headset);
+        manager = new KHmdUIManager(app, app->sharedGlContext(), app->view()->engine());
+        manager->setParent(app->view());
+        headset->manager = manager;
+        headset->setProperty("available", true);
+        headset->setProperty("activated", true);
+        ASSERT_TRUE(QTest::qWaitFor([] { return manager->textureId(1) > 0; }, 20000));
+    }
+
+    Interface()
+    {
+        loader = camera->mediaLoader();
+        settings->set("application/hmd/gazeUI", true);
+    }
+    ~Interface() override
+    {
+        camera->setMediaLoader(loader);
+        manager->setActivated(false);
+    }
+
+    void open(const QStringList &files)
+    {
+        camera->openFiles(files);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return playing(); }, 20000));
+    }
+
+    /// Stills of different colours.
+    QStringList stills(int count)
+    {
+        QStringList files;
+        for (int i = 0; i < count; ++i) {
+            QImage image(400, 200, QImage::Format_RGB32);
+            image.fill(QColor::fromHsv((i * 47) % 360, 140, 200));
+            files.append(folder.filePath(QStringLiteral("still %1.png").arg(i)));
+            EXPECT_TRUE(image.save(files.last()));
+        }
+        return files;
+    }
+
+    static void look(float yaw, float pitch)
+    {
+        headset->head = CameraMath::matrixFromAngles({yaw * kDegree, pitch * kDegree, 0});
+        // As the view does with each frame, and the headset's thread.
+        static_cast<Application *>(qApp)->globalObject()->setRotationMatrix(*headset->head, true,
+                                                                            false);
+        manager->buildGazeEvents(false);
+        QTest::qWait(50);
+    }
+    static void nod()
+    {
+        manager->buildGazeEvents(true);
+        QTest::qWait(50);
+    }
+
+    bool playing() const
+    {
+        return camera->mediaPlayer()->property("playbackState").toInt() == kPlayingState;
+    }
+
+    QQuickItem *item(const char *name) const
+    {
+        return view->rootObject()
+            ->findChild<QQuickItem *>("k_hmdUiLoader")
+            ->findChild<QQuickItem *>(name);
+    }
+    bool ringVisible() const { return item("countdown")->isVisible(); }
+
+    /// The picture of a layer as its texture holds it, kept for the eye.
+    QImage keep(int layer, const QString &name)
+    {
+        QTest::qWait(300); // for pictures that load
+        QImage image(manager->textureSize(layer), QImage::Format_RGBA8888_Premultiplied);
+        QOpenGLContext context;
+        context.setShareContext(application->sharedGlContext());
+        context.setFormat(application->sharedGlContext()->format());
+        QOffscreenSurface surface;
+        surface.create();
+        if (context.create() && context.makeCurrent(&surface)) {
+            context.functions()->glBindTexture(GL_TEXTURE_2D, GLuint(manager->textureId(layer)));
+            using GetTexImage = void (*)(GLenum, GLint, GLenum, GLenum, void *);
+            reinterpret_cast<GetTexImage>(context.getProcAddress("glGetTexImage"))(
+                GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
+        }
+        save(image, name);
+        return image;
+    }
+
+    static void save(const QImage &image, const QString &name)
+    {
+        const QString path = QStringLiteral(ORBILENS_BINARY_DIR "/artefacts/interface");
+        EXPECT_TRUE(QDir().mkpath(path));
+        EXPECT_TRUE(image.save(path + '/' + name + ".png"));
+    }
+
+    test::WarningGuard guard;
+    // Pictures of one test may still load in the next.
+    static inline const QTemporaryDir folder;
+    Application *application = static_cast<Application *>(qApp);
+    KQQuickView *view = application->view();
+    KGlobalObject *camera = application->globalObject();
+    KSettings *settings = application->settings();
+    QObject *loader = nullptr;
+    static FakeHeadset *headset;
+    static KHmdUIManager *manager;
+};
+
+FakeHeadset *Interface::headset = nullptr;
+KHmdUIManager *Interface::manager = nullptr;
+
+} // namespace
+
+TEST_F(Interface, ANodOpensThePanelStraightAheadAndANodBesideItClosesIt)
+{
+    open(stills(3));
+    look(100, 10);
+    EXPECT_EQ(manager->uiState(), KHmdUIManager::Idle); // closed: nothing to rest on
+    nod();
+    EXPECT_TRUE(manager->isShown());
+    EXPECT_FALSE(playing());
+    EXPECT_EQ(manager->textureSize(0), kSceneSize);
+    EXPECT_EQ(manager->textureSize(1), kSceneSize);
+
+    look(100, 0); // the second of three pictures
+    EXPECT_EQ(manager->uiState(), KHmdUIManager::Hovered);
+    keep(0, "panel");
+    keep(1, "reticle");
+    // The panel stays where it opened: over its upper edge, behind its right one and back.
+    for (const auto &[yaw, pitch] : {std::pair(100, -50), std::pair(174, 0), std::pair(260, 0)}) {
+        look(yaw, pitch);
+        EXPECT_EQ(manager->uiState(), KHmdUIManager::Idle) << yaw;
+        look(100, 0);
+        EXPECT_EQ(manager->uiState(), KHmdUIManager::Hovered);
+    }
+    save(view->grabWindow(), "mirror");
+
+    look(100, 70);
+    nod();
+    EXPECT_FALSE(manager->isShown());
+    EXPECT_TRUE(playing());
+    EXPECT_EQ(camera->playListIndex(), 0);
+
+    headset->head.reset();
+    manager->setActivated(true);
+    nod(); // nobody knows where it looks
+    EXPECT_TRUE(manager->isShown());
+}
+
+TEST_F(Interface, AGazeThatRestsChoosesAndOneThatLeavesBeginsAnew)
+{
+    open(stills(3));
+    look(0, 0);
+    nod();
+    look(0, 0);
+    QStringList seen;
+    const QQuickItem *countdown = item("countdown");
+    const auto watch = [&] {
+        const QString now = ringVisible() ? countdown->property("text").toString() : QString("-");
+        if (seen.isEmpty() || seen.last() != now)
+            seen.append(now);
+    };
+    ASSERT_FALSE(ringVisible());
+    watch();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            watch();
+            return seen.last() == "1";
+        },
+        10000));
+    keep(1, "ring");
+    look(0, -50);
+    EXPECT_FALSE(ringVisible());
+    EXPECT_EQ(camera->playListIndex(), 0);
+
+    look(0, 0);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            watch();
+            return !manager->isShown();
+        },
+        20000));
+    EXPECT_EQ(seen, QStringList({"-", "2", "1", "-", "2", "1", "-"}));
+    EXPECT_EQ(camera->playListIndex(), 1);
+    EXPECT_EQ(manager->uiState(), KHmdUIManager::Idle);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return playing(); }, 10000));
+}
+
+TEST_F(Interface, WithoutGazeUiOnlyAControllerChooses)
+{
+    settings->set("application/hmd/gazeUI", false);
+    open(stills(3));
+    look(0, 0);
+    manager->buildEvents(2);
+    ASSERT_TRUE(manager->isShown());
+    look(0, 0);
+    EXPECT_EQ(manager->uiState(), KHmdUIManager::Hovered);
+    EXPECT_FALSE(QTest::qWaitFor([&] { return ringVisible(); }, 1500));
+    manager->buildEvents(2);
+    EXPECT_FALSE(manager->isShown());
+    manager->buildEvents(2);
+    manager->buildEvents(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return camera->playListIndex() == 1; }));
+    EXPECT_FALSE(manager->isShown());
+}
+
+TEST_F(Interface, ControllersActOnTheMediumWhileThePanelIsClosed)
+{
+    FakeLoader fake;
+    camera->setMediaLoader(&fake);
+    const struct
+    {
+        int code;
+        const char *call;
+    } rows[] = {{1, "playPause"},
+                {3, "seekJump -1000"},
+                {4, "seekJump 1000"},
+                {5, "seekJumpUp"},
+                {6, "seekJumpDown"},
+                {2, "pause"},
+                {2, "play"},
+                {0, ""},
+                {7, ""}};
+    for (const auto &row : rows) {
+        manager->buildEvents(row.code);
+        EXPECT_EQ(fake.calls.join(' '), row.call) << row.code;
+        fake.calls.clear();
+    }
+    // Without any medium a nod means nothing.
+    camera->clearPlayList();
+    manager->buildGazeEvents(true);
+    EXPECT_FALSE(manager->isShown());
+    camera->setMediaLoader(nullptr);
+    manager->buildEvents(2);
+    EXPECT_FALSE(manager->isShown());
+}
+
+TEST_F(Interface, LongListsSlideAndShowWhatTheyHave)
+{
+    QStringList files = stills(4);
+    QImage thumb(400, 240, QImage::Format_RGB32);
+    thumb.fill(Qt::darkGreen);
+    EXPECT_TRUE(
+        thumb.save(folder.filePath("film with a very long name that no panel has room for.png")));
+    files.append(folder.filePath("film with a very long name that no panel has room for.mp4"));
+    files.append("rtsp://127.0.0.1/stream");
+    for (int i = 0; i < 20000; ++i)
+        files.append(folder.filePath(QStringLiteral("absent %1.mkv").arg(i)));
+    open(files);
+    look(0, 0);
+    manager->buildEvents(2);
+    const QQuickItem *list = item("list");
+    const auto position = [list] { return list->property("contentX").toReal(); };
+    const auto slid = [&](qreal from) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return list->property("flicking").toBool(); }, 5000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !list->property("flicking").toBool(); }, 10000));
+        return position() - from;
+    };
+    const qreal start = position();
+    manager->buildEvents(4);
+    EXPECT_GT(slid(start), 50);
+    const qreal there = position();
+    manager->buildEvents(3);
+    EXPECT_LT(slid(there), -50);
+    keep(0, "long-list");
+    // A gaze on the arrow slides on and on.
+    look(41, -4);
+    EXPECT_TRUE(item("slideOn")->property("containsMouse").toBool());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return position() - start > 1000; }, 20000));
+    keep(0, "long-list-slid");
+}
+
+TEST_F(Interface, ASingleMediumHasNoPlaylistToChooseFrom)
+{
+    open(stills(1));
+    look(0, 0);
+    nod();
+    ASSERT_TRUE(manager->isShown());
+    EXPECT_TRUE(item("emptyText")->isVisible());
+    keep(0, "no-playlist");
+    // The round button closes by the same wait.
+    const QQuickItem *button = item("closeButton");
+    const QPointF centre = button->mapToScene({button->width() / 2, button->height() / 2}) -
+                           QPointF(view->width() + 1, 0);
+    const double slope = 4000 * 2 * 0.07919222016226815;
+    const double yaw = std::atan((centre.x() - 2000) / slope);
+    const double pitch = std::atan((centre.y() - 1000) / slope * std::cos(yaw));
+    look(float(yaw / double(kDegree)), float(pitch / double(kDegree)));
+    EXPECT_TRUE(button->property("hovered").toBool());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager->isShown(); }, 20000));
+}
+
+TEST_F(Interface, TheWindowIsGuardedWhileThePanelIsOpen)
+{
+    open(stills(2));
+    look(0, 0);
+    nod();
+    const float yaw = camera->yaw();
+    QTest::mousePress(view, Qt::LeftButton, {}, {300, 300});
+    QTest::mouseMove(view, {400, 300});
+    EXPECT_EQ(camera->yaw(), yaw);
+    QTest::mouseRelease(view, Qt::LeftButton, {}, {400, 300});
+    EXPECT_FALSE(manager->isShown()); // a click gives the window back
+
+    manager->setActivated(true);
+    headset->setProperty("activated", false); // taken off
+    EXPECT_FALSE(manager->isShown());
+    headset->setProperty("activated", true);
+
+    // A device that goes takes its scenes along, and one that comes brings them back.
+    headset->setProperty("available", false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return manager->textureId(0) == 0; }, 5000));
+    manager->setActivated(true);
+    manager->buildGazeEvents(true);
+    headset->setProperty("available", true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return manager->textureId(0) > 0; }, 5000));
+}
+
+TEST_F(Interface, WorksTheSameWithScenesOfItsOwn)
+{
+    open(stills(3));
+    QQmlContext *context = view->rootContext();
+    const char *const names[] = {"textureProviderMain", "textureProviderForeground",
+                                 "kHmdUIManager"};
+    QVariantList published;
+    for (const char *name : names)
+        published.append(context->contextProperty(name));
+    auto *offScreen = new KHmdUIManager(application, application->sharedGlContext(), view->engine(),
+                                        KHmdUIManager::Route::OffScreen);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return offScreen->textureId(1) > 0; }, 20000));
+    EXPECT_EQ(offScreen->textureSize(0), kSceneSize);
+    look(0, 0);
+    offScreen->buildGazeEvents(true);
+    ASSERT_TRUE(offScreen->isShown());
+    offScreen->buildGazeEvents(false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return offScreen->uiState() == KHmdUIManager::Hovered; }));
+    offScreen->buildEvents(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return camera->playListIndex() == 1; }));
+    delete offScreen;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (int i = 0; i < published.size(); ++i)
+        context->setContextProperty(names[i], published.at(i));
+}
+
+#include "InterfaceTest.moc"
