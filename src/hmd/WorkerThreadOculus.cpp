@@ -137,7 +137,8 @@ WorkerThreadOculus::Ending WorkerThreadOculus::runSession()
             hmd()->setFallbackRequested();
         return *ending;
     }
-    m_hadSession = true;
+    if (std::exchange(m_hadSession, true))
+        log(successText()); // the display is back
     while (!isInterruptionRequested()) {
         if (const Result ending = frame())
             return *ending;
