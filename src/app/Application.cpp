@@ -347,7 +347,7 @@ void Application::initHmdUIManager()
     if (!m_hmd || !m_hmd->isRunning())
         return; // its thread has ended since it asked
     // Another program brings an interface of its own.
-    if (!m_hmdUiManager && !m_sharedMemory)
+    if (!m_hmdUiManager && !m_sharedMemory && m_view)
         m_hmdUiManager = std::make_unique<KHmdUIManager>(this, sharedGlContext(), m_view->engine());
     m_hmd->setHeadsetInterface(m_hmdUiManager.get());
     m_hmd->setAvailable(true);
