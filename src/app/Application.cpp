@@ -11,6 +11,7 @@
 #include "app/OpenGLFlavour.h"
 #include "foundation/KVersion.h"
 #include "hmd/KHmdUIManager.h"
+#include "hmd/KOculus.h"
 #include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
@@ -330,7 +331,15 @@ void Application::checkOpenGLVersion()
 void Application::initHmdSdk()
 {
     if (!m_hmd) {
-        setHmd(std::make_unique<KOpenVR>(this));
+        const QString sdk = m_settings->get(QStringLiteral("application/hmd/sdk")).toString();
+        if (sdk == QLatin1String("openvr")) {
+            setHmd(std::make_unique<KOpenVR>(this));
+            return;
+        }
+        setHmd(std::make_unique<KOculus>(this));
+        if (sdk == QLatin1String("auto"))
+            connect(m_hmd.get(), &KHmd::workerThreadFinished, this, &Application::initHmdSdk,
+                    Qt::QueuedConnection);
         return;
     }
     if (!m_hmd->fallbackRequested())

@@ -15,7 +15,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(logOculus, "oculus", QtInfoMsg)
+Q_LOGGING_CATEGORY(logOculus, "oculus", QtWarningMsg)
 
 // The runtime's hand controllers come and go one by one.
 constexpr ovrControllerType kControllers[] = {ovrControllerType_Touch, ovrControllerType_Remote,
@@ -137,7 +137,8 @@ WorkerThreadOculus::Ending WorkerThreadOculus::runSession()
             hmd()->setFallbackRequested();
         return *ending;
     }
-    m_hadSession = true;
+    if (std::exchange(m_hadSession, true))
+        log(successText()); // the display is back
     while (!isInterruptionRequested()) {
         if (const Result ending = frame())
             return *ending;

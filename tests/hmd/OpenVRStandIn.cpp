@@ -20,60 +20,17 @@
 //   picture N              the eyes submitted next are kept as eye0-N.ppm and eye1-N.ppm
 // With each picture and at its end it writes the file "counts": what was called how often.
 
-#include <GL/gl.h>
+#include "StandInScript.h"
 
 #include <chrono>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <map>
-#include <sstream>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace {
 
-using Numbers = std::vector<double>;
 using Handle = void *;
 
-std::map<std::string, Numbers> script;
-std::map<std::string, long> counts;
 long keptPicture = 0, losses = 0;
 bool focused = false, quitTold = false;
-
-std::string path(const std::string &name)
-{
-    const char *folder = std::getenv("ORBILENS_VR_FOLDER");
-    return std::string(folder ? folder : ".") + '/' + name;
-}
-
-void readScript()
-{
-    std::ifstream file(path("script"));
-    std::string line, key;
-    script.clear();
-    while (std::getline(file, line)) {
-        std::istringstream words(line);
-        words >> key;
-        for (double value; words >> value;)
-            script[key].push_back(value);
-    }
-}
-
-Numbers numbers(const std::string &key, const Numbers &standard)
-{
-    const auto found = script.find(key);
-    return found != script.end() && found->second.size() == standard.size() ? found->second
-                                                                            : standard;
-}
-
-long number(const std::string &key, long standard)
-{
-    return long(numbers(key, {double(standard)})[0]);
-}
 
 template <class Element, std::size_t size>
 struct Elements
@@ -97,44 +54,6 @@ std::uint32_t token()
 Numbers controller(std::uint32_t device)
 {
     return numbers("controller" + std::to_string(device), {-1, 0, 0});
-}
-
-template <class Value>
-void put(char *target, Value value)
-{
-    std::memcpy(target, &value, sizeof value);
-}
-
-void replaceFile(const std::string &name, const std::string &bytes)
-{
-    std::ofstream(path(name + ".part"), std::ios::binary) << bytes;
-    std::rename(path(name + ".part").c_str(), path(name).c_str());
-}
-
-void writeCounts()
-{
-    std::ostringstream text;
-    for (const auto &[name, count] : counts)
-        text << name << ' ' << count << '\n';
-    replaceFile("counts", text.str());
-}
-
-/// The texture's rows come bottom row first; files of this kind begin at the top.
-void keep(int eye, GLuint texture)
-{
-    GLint width = 0, height = 0;
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    std::string pixels(std::size_t(width) * std::size_t(height) * 3, '\0');
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    std::string file = "P6\n" + std::to_string(width) + ' ' + std::to_string(height) + "\n255\n";
-    for (int row = height - 1; row >= 0; --row)
-        file += pixels.substr(std::size_t(row) * std::size_t(width) * 3, std::size_t(width) * 3);
-    replaceFile("eye" + std::to_string(eye) + '-' + std::to_string(number("picture", 0)) + ".ppm",
-                file);
 }
 
 /// Tables of odd and even tokens: a call through the wrong one is one after the session's end.
@@ -231,7 +150,7 @@ struct Tables
             return 102;
         ++counts["submits"];
         if (number("picture", 0) != keptPicture) {
-            keep(eye, GLuint(name));
+            keepPicture(eye, GLuint(name));
             keptPicture = eye == 1 ? number("picture", 0) : keptPicture;
             writeCounts();
         }
