@@ -12,6 +12,9 @@
 #include "foundation/KVersion.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
+#include "input/leap/KLeap.h"
+#include "input/leap/KLeapFingerOGL.h"
+#include "input/realsense/KRealSense.h"
 #include "net/KUdpSocket.h"
 #include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
@@ -62,11 +65,13 @@ Application::~Application()
     if (m_view)
         m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
+    m_realSense.reset();
     m_videoPlugin.reset();
     m_view.reset();
     releaseVlcInstance(); // the players went with the view
     m_globalObject.reset();
     m_shaderBuilder.reset();
+    m_leap.reset();
     m_display.reset();
     m_sensor.reset();
     m_udpSocket.reset();
@@ -122,7 +127,13 @@ void Application::init()
     makeTextureProvider();
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
+    // The plug-ins of hand devices lie beside the scene's.
+    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
+    for (const QString &path : pluginPaths)
+        addLibraryPath(path);
+    m_leap = std::make_unique<KLeap>(this);
     m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
+    m_realSense = std::make_unique<KRealSense>(this);
     // The limits depend on the shader builder, which comes after the view state.
     m_globalObject->setFovLimits();
     m_sensor = KSensor::create(m_globalObject.get());
@@ -134,7 +145,6 @@ void Application::init()
     collectInfos();
     registerQmlTypes();
     m_view->engine()->addImportPath(QStringLiteral("qrc:/QmlLib"));
-    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
     for (const QString &path : pluginPaths)
         m_view->engine()->addPluginPath(path);
     initSceneResources();
@@ -249,11 +259,11 @@ void Application::publishContextProperties()
                       {"kView", m_view.get()},
                       {"kShaderCodeBuilder", m_shaderBuilder.get()},
                       {"kHmdDevice", notYet},
-                      {"kLeap", notYet},
+                      {"kLeap", m_leap.get()},
                       {"kGlobalObject", m_globalObject.get()},
                       {"kSensor", m_sensor.get()},
                       {"kDisplay", m_display.get()},
-                      {"kRealSense", notYet},
+                      {"kRealSense", m_realSense.get()},
                       {"kTextureProvider", m_textureProvider.get()},
                       {"kSettings", m_settings.get()},
                       {"qt_debug", nullptr},
@@ -269,6 +279,7 @@ void Application::registerQmlTypes()
     qmlRegisterUncreatableType<KShaderCodeBuilder>(uri, 1, 0, "KShaderCodeBuilder", enumsOnly);
     qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
     qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
+    qmlRegisterType<KLeapFingerOGL>(uri, 1, 0, "KLeapFingerOGL");
     qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
     qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");
 }

@@ -21,7 +21,9 @@ class CrashHandler;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
+class KLeap;
 class KQQuickView;
+class KRealSense;
 class KSensor;
 class KSettings;
 class KShaderCodeBuilder;
@@ -55,6 +57,8 @@ public:
     KVideoPlugin *videoPlugin() const { return m_videoPlugin.get(); }
     KDisplay *display() const { return m_display.get(); }
     KSensor *sensor() const { return m_sensor.get(); }
+    KLeap *leap() const { return m_leap.get(); }
+    KRealSense *realSense() const { return m_realSense.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -137,8 +141,10 @@ private:
     std::unique_ptr<KDisplay> m_display;
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
     std::unique_ptr<KSensor> m_sensor;
+    std::unique_ptr<KLeap> m_leap;
     std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;
+    std::unique_ptr<KRealSense> m_realSense;
     SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;
     QOpenGLContext *m_glContext = nullptr;
