@@ -16,6 +16,9 @@
 #include "hmd/KOpenVR.h"
 #include "input/KSensor.h"
 #include "input/SharedMemoryManager.h"
+#include "input/leap/KLeap.h"
+#include "input/leap/KLeapFingerOGL.h"
+#include "input/realsense/KRealSense.h"
 #include "net/KUdpSocket.h"
 #include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
@@ -72,12 +75,14 @@ Application::~Application()
     if (m_hmd)
         m_hmd->setHeadsetInterface(nullptr);
     m_hmdUiManager.reset();
+    m_realSense.reset();
     m_videoPlugin.reset();
     m_view.reset();
     releaseVlcInstance(); // the players went with the view
     m_globalObject.reset();
     m_shaderBuilder.reset();
     m_hmd.reset();
+    m_leap.reset();
     m_display.reset();
     m_sensor.reset();
     m_udpSocket.reset();
@@ -160,7 +165,13 @@ void Application::init()
     makeTextureProvider();
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
+    // The plug-ins of hand devices lie beside the scene's.
+    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
+    for (const QString &path : pluginPaths)
+        addLibraryPath(path);
+    m_leap = std::make_unique<KLeap>(this);
     m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
+    m_realSense = std::make_unique<KRealSense>(this);
     initHmdSdk();
     // The limits depend on the shader builder, which comes after the view state.
     m_globalObject->setFovLimits();
@@ -173,7 +184,6 @@ void Application::init()
     collectInfos();
     registerQmlTypes();
     m_view->engine()->addImportPath(QStringLiteral("qrc:/QmlLib"));
-    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
     for (const QString &path : pluginPaths)
         m_view->engine()->addPluginPath(path);
     initSceneResources();
@@ -279,7 +289,6 @@ void Application::initRenderer()
 void Application::publishContextProperties()
 {
     QQmlContext *context = m_view->rootContext();
-    QObject *const notYet = nullptr;
     const struct
     {
         const char *name;
@@ -289,11 +298,11 @@ void Application::publishContextProperties()
                       {"kView", m_view.get()},
                       {"kShaderCodeBuilder", m_shaderBuilder.get()},
                       {"kHmdDevice", m_hmd.get()},
-                      {"kLeap", notYet},
+                      {"kLeap", m_leap.get()},
                       {"kGlobalObject", m_globalObject.get()},
                       {"kSensor", m_sensor.get()},
                       {"kDisplay", m_display.get()},
-                      {"kRealSense", notYet},
+                      {"kRealSense", m_realSense.get()},
                       {"kTextureProvider", m_textureProvider.get()},
                       {"kSettings", m_settings.get()},
                       {"kStillOptions", m_stillOptions.get()},
@@ -311,6 +320,7 @@ void Application::registerQmlTypes()
     qmlRegisterUncreatableType<KUdpSocket>(uri, 1, 0, "KUdpSocket", enumsOnly);
     qmlRegisterUncreatableType<KHmdUIManager>(uri, 1, 0, "KHmdUIManager", enumsOnly);
     qmlRegisterType<KDropArea>(uri, 1, 0, "KDropArea");
+    qmlRegisterType<KLeapFingerOGL>(uri, 1, 0, "KLeapFingerOGL");
     qRegisterMetaType<Application *>("Application*"); // what the view's init() takes
     qmlRegisterType<OrbilensView>(uri, 1, 0, "OrbilensView");
 }

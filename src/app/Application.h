@@ -23,7 +23,9 @@ class KDisplay;
 class KGlobalObject;
 class KHmd;
 class KHmdUIManager;
+class KLeap;
 class KQQuickView;
+class KRealSense;
 class KSensor;
 class KSettings;
 class KShaderCodeBuilder;
@@ -63,6 +65,8 @@ public:
     KHmd *hmd() const { return m_hmd.get(); }
     /// The interface inside the headset; null until the first headset works.
     KHmdUIManager *hmdUiManager() const { return m_hmdUiManager.get(); }
+    KLeap *leap() const { return m_leap.get(); }
+    KRealSense *realSense() const { return m_realSense.get(); }
     KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
     QNetworkAccessManager *networkManager() { return &m_networkManager; }
@@ -158,8 +162,10 @@ private:
     std::unique_ptr<KHmd> m_hmd;
     std::unique_ptr<KHmdUIManager> m_hmdUiManager;
     std::unique_ptr<KSensor> m_sensor;
+    std::unique_ptr<KLeap> m_leap;
     std::unique_ptr<KUdpSocket> m_udpSocket;
     std::unique_ptr<KTextureProvider> m_textureProvider;
+    std::unique_ptr<KRealSense> m_realSense;
     SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;
     QOpenGLContext *m_glContext = nullptr;

@@ -3,6 +3,7 @@ import QtQuick.Dialogs 1.2
 import Orbilens 1.0
 import com.vedra.kontrols 1.0
 import "popup"
+import "realsense"
 
 // Root of the scene: stacks the layers, wires them to each other and to the native objects, and
 // keeps the state of the screen; it holds no logic of the player.
@@ -123,6 +124,14 @@ FocusScope {
             }
         }
 
+        K_RealSense {
+            id: k_realSenseCamera
+            objectName: "k_realSenseCamera"
+            anchors.fill: parent
+            mediaPlayer: k_mediaLoader.mediaPlayer
+            mediaLoader: k_mediaLoader
+        }
+
         K_Help {
             id: k_help
             anchors { left: parent.left; bottom: parent.bottom; margins: 20; bottomMargin: 90 }
@@ -137,6 +146,19 @@ FocusScope {
             onVisibleChanged: {
                 if (!visible && activeFocus)
                     k_videoArea.forceActiveFocus()
+            }
+        }
+
+        Loader {
+            id: k_leapPointer
+            objectName: "k_leapPointer"
+            anchors.fill: parent
+            active: k_devices.leapAvailable
+            visible: k_devices.leapActivated
+            enabled: visible
+            sourceComponent: K_LeapPointer {
+                playerImage: k_playerImage
+                onOptionsRequested: root.onDisplayPopup("qrc:/qml/popup/PopupLeapOptions.qml")
             }
         }
 

@@ -98,6 +98,16 @@ K_PopupPanel {
         width: parent.width - 20
         markup: root.option("logLink") || qsTr("Hold a hand above the tracker: moving it turns the view.")
     }
+    K_PanelButton {
+        objectName: "tutorialButton"
+        x: 10
+        text: qsTr("Start tutorial")
+        enabled: root.leap !== null && !root.tutorialRuns
+        onClicked: {
+            root.leap.tutoState = -2
+            root.close()
+        }
+    }
 
     K_SectionTitle {
         objectName: "cameraTitle"
