@@ -18,6 +18,7 @@
 #include <memory>
 
 class CrashHandler;
+class DesktopLink;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
@@ -138,6 +139,7 @@ private:
     std::unique_ptr<KVideoPlugin> m_videoPlugin;
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KUdpSocket> m_udpSocket;
+    std::unique_ptr<DesktopLink> m_desktopLink;
     std::unique_ptr<KTextureProvider> m_textureProvider;
     SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider
     HeadsetView *m_headsetView = nullptr;

@@ -103,6 +103,7 @@ void KGlobalObject::openFiles(const QList<QUrl> &urls, bool dragAndDrop)
         processFileSource(contents.media.first(), QString(), dragAndDrop);
     }
     emit playListChanged();
+    emit opened(urls);
 }
 
 void KGlobalObject::clearPlayList()
@@ -204,7 +205,10 @@ int KGlobalObject::isVideoFile(const QUrl &url) const
     return suffix == QLatin1String("yuv") ? RawVideo : NoVideo;
 }
 
-QStringList KGlobalObject::getSupportedImageFormats() const { return ImageFormats::pictureSuffixes(); }
+QStringList KGlobalObject::getSupportedImageFormats() const
+{
+    return ImageFormats::pictureSuffixes();
+}
 
 QStringList KGlobalObject::getSupportedVideoFormats() const
 {
