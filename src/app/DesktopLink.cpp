@@ -211,8 +211,10 @@ void DesktopLink::open(const QUrl &medium)
 
 void DesktopLink::raise()
 {
-    m_application->view()->raise();
-    m_application->view()->requestActivate();
+    KQQuickView *view = m_application->view();
+    view->setWindowStates(view->windowStates() & ~Qt::WindowMinimized);
+    view->raise();
+    view->requestActivate();
 }
 
 void DesktopLink::quit()

@@ -17,7 +17,7 @@ MprisPlayerAdaptor::MprisPlayerAdaptor(PlayerControls *controls, QObject *parent
     Q_UNUSED(known)
 }
 
-QVariantMap MprisPlayerAdaptor::update(const PlayerStatus &status)
+QVariantMap MprisPlayerAdaptor::update(const PlayerStatus &status, qint64 now)
 {
     // Where the medium stands is asked for, never announced.
     const QLatin1String silent("Position");
@@ -28,10 +28,11 @@ QVariantMap MprisPlayerAdaptor::update(const PlayerStatus &status)
     if (status.track != m_status.track)
         m_clock.restart();
     m_status = status;
+    m_clock.setPlaying(m_status.playback == PlayerStatus::Playback::Playing, now);
     for (auto it = changed.begin(); it != changed.end();) {
-        const QVariant now = property(it.key().toLatin1().constData());
-        const bool differs = it.key() != silent && now != *it;
-        *it = now;
+        const QVariant value = property(it.key().toLatin1().constData());
+        const bool differs = it.key() != silent && value != *it;
+        *it = value;
         it = differs ? std::next(it) : changed.erase(it);
     }
     return changed;
@@ -39,8 +40,7 @@ QVariantMap MprisPlayerAdaptor::update(const PlayerStatus &status)
 
 void MprisPlayerAdaptor::setPosition(qint64 position, qint64 now)
 {
-    const bool playing = m_status.playback == PlayerStatus::Playback::Playing;
-    if (m_clock.moveTo(position, now, playing))
+    if (m_clock.moveTo(position, now))
         emit Seeked(this->position());
 }
 

@@ -33,10 +33,11 @@ class MprisPlayerAdaptor : public QDBusAbstractAdaptor
 public:
     MprisPlayerAdaptor(PlayerControls *controls, QObject *parent);
 
-    /// Takes the new status over; returns the properties that changed with it, by name.
-    QVariantMap update(const PlayerStatus &status);
+    /// Takes the new status over at @p now (milliseconds of a steady clock); returns the properties
+    /// that changed with it, by name.
+    QVariantMap update(const PlayerStatus &status, qint64 now);
 
-    /// @p position in milliseconds, as the player reports it at @p now, see PlaybackClock.
+    /// @p position in milliseconds, as the player reports it at @p now.
     void setPosition(qint64 position, qint64 now);
 
     QString playbackStatus() const;

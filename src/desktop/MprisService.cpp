@@ -60,7 +60,7 @@ void MprisService::requestName(const QString &name, bool first)
 void MprisService::update(const PlayerStatus &status)
 {
     announce("org.mpris.MediaPlayer2", m_root->update(status));
-    announce("org.mpris.MediaPlayer2.Player", m_player->update(status));
+    announce("org.mpris.MediaPlayer2.Player", m_player->update(status, m_time.elapsed()));
 }
 
 void MprisService::setPosition(qint64 position)

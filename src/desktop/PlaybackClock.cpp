@@ -12,9 +12,17 @@ void PlaybackClock::restart()
     *this = PlaybackClock();
 }
 
-bool PlaybackClock::moveTo(qint64 position, qint64 now, bool playing)
+void PlaybackClock::setPlaying(bool playing, qint64 now)
 {
-    const qint64 expected = m_position + (playing ? now - m_reportedAt : 0);
+    if (m_playing == playing)
+        return;
+    m_playing = playing;
+    m_reportedAt = now;
+}
+
+bool PlaybackClock::moveTo(qint64 position, qint64 now)
+{
+    const qint64 expected = m_position + (m_playing ? now - m_reportedAt : 0);
     const bool jumped =
         m_started && (m_jumpExpected || qAbs(position - expected) > kJumpMilliseconds);
     m_position = position;

@@ -63,6 +63,14 @@ void declarePrefixes(QDomElement root)
     }
 }
 
+/// The desktop knows playlists of the player only where the player is installed.
+QString typeOf(const QString &path)
+{
+    if (QFileInfo(path).suffix().toLower() == QLatin1String("orpl"))
+        return QStringLiteral("application/x-orbilens-playlist");
+    return QMimeDatabase().mimeTypeForFile(path).name();
+}
+
 void addToList(const RecentFile &file)
 {
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
@@ -155,7 +163,7 @@ void RecentFiles::remember(const QList<QUrl> &opened)
         for (const QUrl &url : opened) {
             const QString path = url.toLocalFile();
             if (!path.isEmpty() && QFileInfo(path).isFile())
-                addToList({url, QMimeDatabase().mimeTypeForFile(path).name(), now});
+                addToList({url, typeOf(path), now});
         }
     });
 }

@@ -2,6 +2,7 @@
 
 #include "desktop/ScreenKeeper.h"
 
+#include "desktop/FakeScreenSaver.h"
 #include "desktop/SessionBus.h"
 
 #include <gtest/gtest.h>
@@ -10,24 +11,6 @@
 #include <QTest>
 
 namespace {
-
-/// A desktop's service; its words are written down.
-class FakeService : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
-
-public slots:
-    Q_SCRIPTABLE uint Inhibit(const QString &program, const QString &)
-    {
-        said += "Inhibit " + program;
-        return 41;
-    }
-    Q_SCRIPTABLE void UnInhibit(uint cookie) { said += QStringLiteral("UnInhibit %1").arg(cookie); }
-
-public:
-    QStringList said;
-};
 
 class FakePortal : public QObject
 {
@@ -75,10 +58,7 @@ bool soon(const std::function<bool()> &condition)
 
 TEST_F(ScreenKeeping, AsksTheScreenSaverOnceAndGivesBack)
 {
-    FakeService service;
-    desktop.registerObject("/org/freedesktop/ScreenSaver", &service,
-                           QDBusConnection::ExportScriptableSlots);
-    ASSERT_TRUE(desktop.registerService("org.freedesktop.ScreenSaver"));
+    test::FakeScreenSaver service(desktop);
     keeper.keepAwake(true);
     keeper.keepAwake(true);
     EXPECT_TRUE(soon([&] { return service.said.size() == 1; }));
@@ -97,10 +77,7 @@ TEST_F(ScreenKeeping, AsksTheScreenSaverOnceAndGivesBack)
 
 TEST_F(ScreenKeeping, GivesBackAtTheEnd)
 {
-    FakeService service;
-    desktop.registerObject("/org/freedesktop/ScreenSaver", &service,
-                           QDBusConnection::ExportScriptableSlots);
-    ASSERT_TRUE(desktop.registerService("org.freedesktop.ScreenSaver"));
+    test::FakeScreenSaver service(desktop);
     {
         ScreenKeeper shortLived(player, [] {});
         shortLived.keepAwake(true);

@@ -17,6 +17,9 @@ public:
     SessionBus(const SessionBus &) = delete;
     SessionBus &operator=(const SessionBus &) = delete;
 
+    /// For DBUS_SESSION_BUS_ADDRESS of another program.
+    QString address() const { return m_address; }
+
     /// A new connection to the bus, as another program would have it.
     QDBusConnection connection(const QString &name);
 
