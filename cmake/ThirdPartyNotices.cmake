@@ -6,6 +6,7 @@
 set(ORBILENS_NOTICE_OF_LINKED
   "^Qt5::" "Qt 5"
   "^PkgConfig::LibVlc$" "libvlc"
+  "^PkgConfig::Xcb$" "libxcb"
   "^TBB::" "oneTBB"
   "^OpenMP::" "GNU OpenMP"
   "^PkgConfig::.*[Rr][Aa][Ww]" "LibRaw"

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Installs what building, running and testing need from Debian's packages; does nothing when all
-# of it is there. Usage: scripts/install-dependencies.sh [run|test]   (default: test, the whole)
+# of it is there. Usage: scripts/install-dependencies.sh [run|test|package]
+#   run: to build and run; test: the default, also to test; package: to build, pack and check a package
 set -euo pipefail
 
 build_packages=(
   cmake ninja-build g++ ccache pkg-config
   qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtmultimedia5-dev libqt5svg5-dev
-  libgl-dev libtbb-dev libvlc-dev
+  libxcb1-dev libgl-dev libtbb-dev libvlc-dev
   libvips-dev libraw-dev libexiv2-dev
 )
 run_packages=(
@@ -26,9 +27,16 @@ test_packages=(
   xdotool openbox python3
   exiv2 libimage-exiftool-perl libvips-tools libomp-14-dev openssl
 )
+package_packages=(
+  appstream desktop-file-utils libxml2-utils man-db librsvg2-bin dpkg-dev file debootstrap dbus
+)
 
 packages=("${build_packages[@]}" "${run_packages[@]}")
-[ "${1:-test}" = run ] || packages+=("${test_packages[@]}")
+case "${1:-test}" in
+  run) ;;
+  package) packages+=("${package_packages[@]}") ;;
+  *) packages+=("${test_packages[@]}") ;;
+esac
 # Breakpad's sources come through npm, which need not be Debian's.
 command -v npm >/dev/null || packages+=(nodejs npm)
 

@@ -3,6 +3,7 @@
 #include "analytics/KAnalyticsManager.h"
 #include "app/CommandLine.h"
 #include "app/Deployment.h"
+#include "app/DesktopLink.h"
 #include "app/KDisplay.h"
 #include "app/KDropArea.h"
 #include "app/KGlobalObject.h"
@@ -55,6 +56,8 @@ Application::Application(const QString &name, int &argc, char **argv)
     // The folders of settings and data depend on these two from here on.
     setOrganizationName(KVersion::makerName());
     setApplicationName(KVersion::applicationName());
+    // By this name desktops find the window's entry.
+    setDesktopFileName(QStringLiteral("orbilens-player"));
     m_arguments = ::restartArguments(arguments(), QDir::currentPath());
     m_settings = std::make_unique<KSettings>(KVersion::applicationName());
     m_settings->load();
@@ -69,6 +72,7 @@ Application::~Application()
         m_hmd->stopThread();
     if (m_sharedMemoryManager)
         m_sharedMemoryManager->stop();
+    m_desktopLink.reset();
     if (m_view)
         m_view->setSource(QUrl()); // no binding of the scene should see a peer go
     VlcConfig::current().save(*m_settings->settingsManager());
@@ -188,6 +192,7 @@ void Application::init()
         m_view->engine()->addPluginPath(path);
     initSceneResources();
     m_view->setSource(QUrl(QStringLiteral("qrc:/qml/main_newui.qml")));
+    m_desktopLink = std::make_unique<DesktopLink>(this);
     showWindow();
     m_view->startUpdates(m_deployment->productId);
 

@@ -18,6 +18,7 @@
 #include <memory>
 
 class CrashHandler;
+class DesktopLink;
 class HeadsetView;
 class KDisplay;
 class KGlobalObject;
@@ -164,6 +165,7 @@ private:
     std::unique_ptr<KSensor> m_sensor;
     std::unique_ptr<KLeap> m_leap;
     std::unique_ptr<KUdpSocket> m_udpSocket;
+    std::unique_ptr<DesktopLink> m_desktopLink;
     std::unique_ptr<KTextureProvider> m_textureProvider;
     std::unique_ptr<KRealSense> m_realSense;
     SharedMemoryManager *m_sharedMemoryManager = nullptr; // of m_textureProvider

@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QRegularExpression>
 
 namespace {
 
@@ -94,6 +95,19 @@ QStringList restartArguments(const QStringList &arguments, const QString &direct
     if (!files.isEmpty())
         result.append(QStringList{QStringLiteral("--")} + files);
     return result;
+}
+
+bool hasDisplay(const QStringList &arguments, const QProcessEnvironment &environment,
+                const QString &kernel)
+{
+    if (kernel != QLatin1String("linux"))
+        return true;
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!environment.value(QLatin1String(variable)).isEmpty())
+            return true;
+    }
+    static const QRegularExpression chosen(QStringLiteral("^--?(platform|display)$"));
+    return arguments.indexOf(chosen) >= 0;
 }
 
 QString commandLineHelp()

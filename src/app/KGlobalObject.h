@@ -241,6 +241,8 @@ signals:
     void loopModeChanged();
     void playListIndexChanged();
     void playListChanged();
+    /// What the user named, playlists unread; not what comes after in a playlist.
+    void opened(const QList<QUrl> &urls);
     void endOfPlaylistReached();
     void videoLogMessageChanged();
 

@@ -114,6 +114,7 @@ void KGlobalObject::openFiles(const QList<QUrl> &urls, bool dragAndDrop)
         processFileSource(contents.media.first(), QString(), dragAndDrop);
     }
     emit playListChanged();
+    emit opened(urls);
 }
 
 void KGlobalObject::clearPlayList()

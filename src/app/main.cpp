@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QLocale>
 #include <QProcess>
+#include <QSysInfo>
 #include <QThread>
 
 #include <cstdio>
@@ -21,6 +22,8 @@
 
 namespace {
 
+// Exit statuses; the manual page names them.
+constexpr int kNoDisplay = 1;
 constexpr int kUsageError = 2;
 constexpr unsigned long kRestartDelaySeconds = 1;
 
@@ -118,6 +121,11 @@ int main(int argc, char **argv)
     const CommandLine early = parseCommandLine(argumentsOf(argc, argv));
     if (answered(early, argc, argv))
         return 0;
+    if (!hasDisplay(argumentsOf(argc, argv), QProcessEnvironment::systemEnvironment(),
+                    QSysInfo::kernelType())) {
+        std::fputs("There is no display to show a window on.\n", stderr);
+        return kNoDisplay;
+    }
     chooseRenderer(early);
 
     Restart restart;

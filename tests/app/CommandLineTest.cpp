@@ -71,3 +71,28 @@ TEST(CommandLine, RestartsWithTheSameArgumentsAndAbsoluteFiles)
         EXPECT_EQ(restartArguments(QStringList{"player"} + once, "/elsewhere"), row.expected);
     }
 }
+
+TEST(CommandLine, NeedsADisplayUnlessAnotherPlatformIsChosen)
+{
+    const struct
+    {
+        QStringList arguments;
+        const char *variable;
+        const char *value;
+        const char *kernel;
+        bool hopeful;
+    } rows[] = {{{"player"}, "DISPLAY", ":0", "linux", true},
+                {{"player"}, "WAYLAND_DISPLAY", "wayland-0", "linux", true},
+                {{"player"}, "QT_QPA_PLATFORM", "offscreen", "linux", true},
+                {{"player", "-platform", "vnc"}, "TERM", "xterm", "linux", true},
+                {{"player", "--display", ":7"}, "TERM", "xterm", "linux", true},
+                {{"player", "display"}, "TERM", "xterm", "linux", false},
+                {{"player"}, "DISPLAY", "", "linux", false},
+                {{"player"}, "TERM", "xterm", "winnt", true}};
+    for (const auto &row : rows) {
+        QProcessEnvironment environment;
+        environment.insert(row.variable, row.value);
+        EXPECT_EQ(hasDisplay(row.arguments, environment, row.kernel), row.hopeful)
+            << row.variable << ' ' << row.arguments.join(' ').toStdString();
+    }
+}

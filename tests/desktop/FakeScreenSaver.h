@@ -1,0 +1,26 @@
+#pragma once
+
+// A desktop's screen saver service on a test's bus, which writes down what it is told.
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+
+namespace test {
+
+class FakeScreenSaver : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
+
+public:
+    explicit FakeScreenSaver(QDBusConnection bus);
+
+    QStringList said;
+
+public slots:
+    Q_SCRIPTABLE uint Inhibit(const QString &program, const QString &reason);
+    Q_SCRIPTABLE void UnInhibit(uint cookie);
+};
+
+} // namespace test

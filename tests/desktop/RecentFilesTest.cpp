@@ -1,0 +1,159 @@
+// The desktop's list of recent files: what is added, what is kept, what is left alone.
+
+#include "desktop/RecentFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDomDocument>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace {
+
+const QByteArray kOthers = R"(<?xml version="1.0" encoding="UTF-8"?>
+<xbel version="1.0"
+      xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks"
+      xmlns:mime="http://www.freedesktop.org/standards/shared-mime-info">
+  <bookmark href="file:///home/a/letter.odt" added="2020-01-02T03:04:05Z" modified="2020-01-02T03:04:05Z" visited="1969-12-31T23:59:59Z">
+    <title>A &lt;letter&gt;</title>
+    <info>
+      <metadata owner="http://example.org"><secret kind="x"/></metadata>
+      <metadata owner="http://freedesktop.org">
+        <mime:mime-type type="application/vnd.oasis.opendocument.text"/>
+        <bookmark:groups><bookmark:group>Office</bookmark:group></bookmark:groups>
+        <bookmark:applications>
+          <bookmark:application name="Writer" exec="&apos;writer %u&apos;" modified="2020-01-02T03:04:05Z" count="7"/>
+        </bookmark:applications>
+        <bookmark:private/>
+      </metadata>
+    </info>
+  </bookmark>
+</xbel>)";
+
+RecentFile file(const QString &url, int second = 0)
+{
+    return {QUrl(url), QStringLiteral("video/mp4"),
+            QDateTime(QDate(2026, 1, 2), QTime(3, 4, second), Qt::UTC)};
+}
+
+void collect(const QDomElement &element, QStringList *lines)
+{
+    QStringList attributes;
+    for (int i = 0; i < element.attributes().size(); ++i) {
+        const QDomAttr attribute = element.attributes().item(i).toAttr();
+        attributes += attribute.name() + QLatin1Char('=') + attribute.value();
+    }
+    attributes.sort();
+    const QString text = element.firstChild().isText() ? element.text() : QString();
+    lines->append(element.tagName() + QLatin1Char(' ') + attributes.join(QLatin1Char(' ')) + text);
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement())
+        collect(child, lines);
+}
+
+/// The elements of the document with their attributes and texts, one a line.
+QStringList facts(const QByteArray &document)
+{
+    QDomDocument parsed;
+    EXPECT_TRUE(parsed.setContent(document)) << document.toStdString();
+    QStringList lines;
+    collect(parsed.documentElement(), &lines);
+    return lines;
+}
+
+QStringList without(QStringList all, const QStringList &some)
+{
+    for (const QString &line : some)
+        EXPECT_TRUE(all.removeOne(line)) << "lost: " << line.toStdString();
+    return all;
+}
+
+} // namespace
+
+TEST(RecentFilesList, GetsAnEntryBesideThoseOfOthers)
+{
+    const auto once = withRecentFile(kOthers, file("file:///films/a & b.mp4"));
+    ASSERT_TRUE(once);
+    const QString when = QStringLiteral("2026-01-02T03:04:00.000Z");
+    const QStringList added = without(facts(*once), facts(kOthers));
+    EXPECT_TRUE(added.contains(
+        QStringLiteral("bookmark added=%1 href=file:///films/a%20&%20b.mp4 modified=%1 visited=%1")
+            .replace(QLatin1String("%1"), when)))
+        << added.join('\n').toStdString();
+    EXPECT_TRUE(added.contains("mime:mime-type type=video/mp4"));
+    EXPECT_TRUE(added.contains("bookmark:application count=1 exec='orbilens-player %u' modified=" +
+                               when + " name=Orbilens Player"));
+
+    const auto twice = withRecentFile(*once, file("file:///films/a & b.mp4", 9));
+    ASSERT_TRUE(twice);
+    EXPECT_EQ(facts(*twice).size(), facts(*once).size()) << "renewed, not doubled";
+    EXPECT_TRUE(twice->contains("count=\"2\""));
+    EXPECT_TRUE(twice->contains("03:04:09"));
+    EXPECT_TRUE(twice->contains("added=\"2026-01-02T03:04:00.000Z\""));
+}
+
+TEST(RecentFilesList, KeepsWhatAnotherProgramSaysOfTheSameFile)
+{
+    const auto both = withRecentFile(kOthers, file("file:///home/a/letter.odt"));
+    ASSERT_TRUE(both);
+    EXPECT_TRUE(both->contains("name=\"Writer\""));
+    EXPECT_TRUE(both->contains("count=\"7\""));
+    EXPECT_TRUE(both->contains("<secret"));
+    EXPECT_TRUE(both->contains("added=\"2020-01-02T03:04:05Z\""));
+    EXPECT_EQ(both->count("<bookmark "), 1);
+}
+
+TEST(RecentFilesList, LeavesAloneWhatItDoesNotUnderstand)
+{
+    for (const char *document : {"not xml", "<xbel version=\"1.0\"><bookmark", "<html/>", " "})
+        EXPECT_FALSE(withRecentFile(document, file("file:///a.mp4"))) << document;
+}
+
+TEST(RecentFilesList, FollowsTheDesktopsWish)
+{
+    const struct
+    {
+        const char *file;
+        const char *key;
+        const char *value;
+        bool allowed;
+    } rows[] = {{"gtk-3.0/settings.ini", "Settings/gtk-recent-files-enabled", "0", false},
+                {"gtk-4.0/settings.ini", "Settings/gtk-recent-files-enabled", "false", false},
+                {"kdeglobals", "RecentDocuments/UseRecent", "false", false},
+                {"kdeglobals", "RecentDocuments/UseRecent", "true", true},
+                {"kdeglobals", "Other/UseRecent", "false", true}};
+    for (const auto &row : rows) {
+        QTemporaryDir folder;
+        QDir(folder.path()).mkpath(QFileInfo(row.file).path());
+        QSettings settings(folder.filePath(row.file), QSettings::IniFormat);
+        settings.setValue(row.key, row.value);
+        settings.sync();
+        EXPECT_EQ(recentFilesAllowed(folder.path()), row.allowed) << row.file << row.value;
+    }
+}
+
+TEST(RecentFilesList, HoldsLocalFilesThatExistAndIsForNobodyElsesEyes)
+{
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                         QStringLiteral("/recently-used.xbel");
+    QTemporaryDir folder;
+    const QString still = folder.filePath("still.png");
+    ASSERT_TRUE(QFile(still).open(QIODevice::WriteOnly));
+    {
+        RecentFiles recent;
+        recent.remember({QUrl("https://example.org/film.mp4?token=1"),
+                         QUrl::fromLocalFile(folder.filePath("gone.mp4")),
+                         QUrl::fromLocalFile(folder.path()), QUrl::fromLocalFile(still)});
+    }
+    QFile list(path);
+    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
+    const QByteArray document = list.readAll();
+    EXPECT_EQ(document.count("<bookmark "), 1) << document.toStdString();
+    EXPECT_TRUE(document.contains("still.png"));
+    EXPECT_TRUE(document.contains("image/png"));
+    EXPECT_EQ(list.permissions() & (QFile::ReadGroup | QFile::ReadOther), 0);
+}
