@@ -169,13 +169,13 @@ private:
     }
 };
 
-/// The library's own kind of owning pointer, which differs from release to release.
-using IoPointer = decltype(Exiv2::ImageFactory::createIo(std::string()));
-
 auto openGuarded(const QString &path)
 {
-    return Exiv2::ImageFactory::open(
-        IoPointer(new GuardedFile(QFile::encodeName(path).toStdString())));
+    const std::string name = QFile::encodeName(path).toStdString();
+    // By way of the factory, whose kind of owning pointer compilers warn of where it is named.
+    auto file = Exiv2::ImageFactory::createIo(name, false);
+    file.reset(new GuardedFile(name));
+    return Exiv2::ImageFactory::open(file);
 }
 
 QByteArray bytesOf(const Exiv2::DataBuf &buffer)
