@@ -140,7 +140,8 @@ void KHmd::setShiftYaw(float radians)
 
 void KHmd::setScaleCorrector(float corrector)
 {
-    assign(m_scaleCorrector, corrector, &KHmd::scaleCorrectorChanged);
+    if (m_scaleCorrector.exchange(corrector) != corrector)
+        emit scaleCorrectorChanged();
 }
 
 QMatrix4x4 KHmd::hmdPose() const

@@ -45,6 +45,7 @@ class KHmd : public QObject
     Q_PROPERTY(bool available READ available WRITE setAvailable NOTIFY availableChanged)
     /// Radians that the user turns the view by, positive to the left; within [-pi, pi).
     Q_PROPERTY(float shiftYaw READ shiftYaw WRITE setShiftYaw NOTIFY shiftYawChanged)
+    /// Factor of the eyes' pictures in height; 0 for none.
     Q_PROPERTY(float scaleCorrector READ scaleCorrector WRITE setScaleCorrector NOTIFY
                    scaleCorrectorChanged)
     /// Frames that the headset was given in the last whole second.
@@ -59,11 +60,11 @@ public:
     Q_INVOKABLE virtual QString sdkType() const { return QStringLiteral("oculus"); }
 
 public slots:
+    void displayMessageBoxAndRestart(QString message);
+
     /// Once the scene graph's context exists; a device whose thread runs already goes on.
     virtual void startThread() = 0;
     virtual void stopThread() = 0;
-
-    void displayMessageBoxAndRestart(QString message);
 
 public:
     /// Degrees.
@@ -79,8 +80,8 @@ public:
     QVector4D hmdWarpParam() const { return m_hmdWarpParam; }
     QString logMessage() const { return m_logMessage; }
     bool available() const { return m_available; }
-    float shiftYaw() const { return m_shiftYaw; } ///< any thread
-    float scaleCorrector() const { return m_scaleCorrector; }
+    float shiftYaw() const { return m_shiftYaw; }             ///< any thread
+    float scaleCorrector() const { return m_scaleCorrector; } ///< any thread
     int fps() const { return m_fps; }
 
     void setActivated(bool activated);
@@ -166,7 +167,7 @@ private:
     bool m_available = false;
     std::atomic<float> m_shiftYaw{0};
     const float m_defaultFov = 90.5F;
-    float m_scaleCorrector = 0;
+    std::atomic<float> m_scaleCorrector{0};
     int m_fps = 0;
     FrameRate m_frameRate; // device thread
     HeadsetInterface *m_interface = nullptr;

@@ -10,7 +10,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(logOculus, "oculus", QtInfoMsg)
+Q_LOGGING_CATEGORY(logOculus, "oculus", QtWarningMsg)
 
 /// A structure that the runtime fills and that later versions make longer, with room to spare.
 template <class Struct, std::size_t Size>

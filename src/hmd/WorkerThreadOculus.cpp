@@ -15,7 +15,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(logOculus, "oculus", QtInfoMsg)
+Q_LOGGING_CATEGORY(logOculus, "oculus", QtWarningMsg)
 
 // The runtime's hand controllers come and go one by one.
 constexpr ovrControllerType kControllers[] = {ovrControllerType_Touch, ovrControllerType_Remote,

@@ -314,6 +314,8 @@ void WorkerThreadVR::renderEye(int eye)
     m_uniforms.yawMax = scene.yawMax;
     m_uniforms.pitchMin = scene.pitchMin;
     m_uniforms.pitchMax = scene.pitchMax;
+    const float corrector = m_hmd->scaleCorrector();
+    m_uniforms.scaleCorrector = corrector != 0 ? corrector : 1;
     m_panorama.draw(functions, m_uniforms, GLuint(texture));
 
     HeadsetInterface *ui = m_interface;
@@ -328,6 +330,7 @@ void WorkerThreadVR::drawInterface(QOpenGLFunctions *functions, HeadsetInterface
     functions->glEnable(GL_BLEND);
     functions->glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     m_uniforms.fov = eye.quad.fov;
+    m_uniforms.scaleCorrector = 1;
     for (const auto layer : {HeadsetView::Panel, HeadsetView::Foreground}) {
         const int texture = ui->textureId(layer);
         if (texture <= 0)

@@ -4,11 +4,11 @@
 //
 // Reads commands from standard input, a line each, and answers each with a line:
 //   get                 camera, stereo mode and player as a JSON object; null before there is a
-//   scene set WHERE NAME JSON a property of "view", "builder", "player" or "loader"; answers ok
-//   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
-//   loader NAME [NUMBER] a function of the scene's media loader
-//   pixel X Y           colour on the screen at a fraction of the window's size
-//   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
+//   set WHERE NAME JSON a property of "view", "builder", "player", "loader" or "headset"; answers
+//   ok headset             the headset's kind, log and numbers as a JSON object call NAME [TEXT] an
+//   invokable function of kGlobalObject with at most one text loader NAME [NUMBER] a function of
+//   the scene's media loader pixel X Y           colour on the screen at a fraction of the window's
+//   size trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
 //   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
 
 #include <QGenericPlugin>
@@ -118,6 +118,8 @@ private:
         const QByteArray argument = words.size() > 1 ? words.at(1) : QByteArray();
         if (words.first() == "get")
             return state();
+        if (words.first() == "headset")
+            return headset();
         if (words.first() == "set" && words.size() > 3)
             return set(argument, words.at(2), words.mid(3).join(' '));
         if (words.first() == "call") {
@@ -179,6 +181,18 @@ private:
         return QJsonDocument(state).toJson(QJsonDocument::Compact);
     }
 
+    static QByteArray headset()
+    {
+        QObject *device = context("kHmdDevice");
+        QJsonObject state;
+        for (const char *name : {"available", "activated", "logMessage", "fps", "shiftYaw"})
+            state.insert(QLatin1String(name), QJsonValue::fromVariant(device->property(name)));
+        QString kind;
+        QMetaObject::invokeMethod(device, "sdkType", Q_RETURN_ARG(QString, kind));
+        state.insert(QStringLiteral("kind"), kind);
+        return QJsonDocument(state).toJson(QJsonDocument::Compact);
+    }
+
     static QByteArray set(const QByteArray &where, const QByteArray &name, const QByteArray &json)
     {
         QObject *object = nullptr;
@@ -190,6 +204,8 @@ private:
             object = player();
         else if (where == "loader")
             object = loader();
+        else if (where == "headset")
+            object = context("kHmdDevice");
         const QVariant value = QJsonDocument::fromJson('[' + json + ']')[0].toVariant();
         return object && object->setProperty(name.constData(), value) ? "ok" : "refused";
     }
