@@ -96,20 +96,18 @@ private:
     void actOnMedium(int code);
 
     const bool m_renderInQtSG;
+    bool m_activated = false; // under m_lock
     int m_uiState = Idle;
     QPointer<QObject> m_hmdUI;
     QPointer<QObject> m_hmdUIForeground;
-    QPointer<QObject> m_filteredWindow; // while the interface is open
-
-    mutable PoseLock m_lock;
-    bool m_activated = false; // under m_lock, as is the next
-    QMatrix4x4 m_uiOrientation;
-
-    // Only those of the route exist.
+    QMatrix4x4 m_uiOrientation; // under m_lock
+    // Only the pair of the route exists.
     std::unique_ptr<KQuickRender> m_quickRenderMain;
     std::unique_ptr<KQuickRender> m_quickRenderForeground;
     std::unique_ptr<KTextureProvider> m_textureProviderMain;
     std::unique_ptr<KTextureProvider> m_textureProviderForeground;
+    mutable PoseLock m_lock;
     Application *const m_application;
+    QPointer<QObject> m_filteredWindow; // while the interface is open
     static TapDetector s_tapDetector;
 };

@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "support/IsolatedHome.h"
+#include "support/KeepModulesLoaded.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,10 @@
 #include "hmd/KQuickRender.h"
+#include "support/GlStage.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
-#include <QOpenGLFunctions>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QTemporaryDir>
@@ -24,7 +22,6 @@ protected:
         format.setStencilBufferSize(8);
         share.setFormat(format);
         share.create();
-        surface.create();
     }
 
     std::unique_ptr<KQuickRender> load(const QByteArray &text)
@@ -41,22 +38,12 @@ protected:
     /// A pixel of the newest picture, counted from its first row.
     QColor pixel(const KQuickRender &render, int x, int y)
     {
-        share.makeCurrent(&surface);
-        const QSize size = render.textureSize();
-        QImage image(size, QImage::Format_RGBA8888_Premultiplied);
-        QOpenGLFunctions *functions = share.functions();
-        functions->glFinish();
-        functions->glBindTexture(GL_TEXTURE_2D, GLuint(render.textureId()));
-        using GetTexImage = void (*)(GLenum, GLint, GLenum, GLenum, void *);
-        reinterpret_cast<GetTexImage>(share.getProcAddress("glGetTexImage"))(
-            GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
-        share.doneCurrent();
-        return image.pixelColor(x, y);
+        return test::downloadTexture(&share, render.textureId(), render.textureSize())
+            .pixelColor(x, y);
     }
 
     QTemporaryDir folder;
     QOpenGLContext share;
-    QOffscreenSurface surface;
     QQmlEngine engine;
 };
 

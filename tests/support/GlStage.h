@@ -27,6 +27,25 @@ inline GLuint uploadTexture(const QImage &image, GLuint texture = 0)
     return texture;
 }
 
+/// What @p texture of the share group of @p shared holds, its first row at the top. @p shared must
+/// be current on no other thread.
+inline QImage downloadTexture(QOpenGLContext *shared, int texture, const QSize &size)
+{
+    QOpenGLContext context;
+    context.setShareContext(shared);
+    context.setFormat(shared->format());
+    QOffscreenSurface surface;
+    surface.create();
+    if (!context.create() || !context.makeCurrent(&surface))
+        return {};
+    QImage image(size, QImage::Format_RGBA8888_Premultiplied);
+    using GetTexImage = void (*)(GLenum, GLint, GLenum, GLenum, void *);
+    context.functions()->glBindTexture(GL_TEXTURE_2D, GLuint(texture));
+    reinterpret_cast<GetTexImage>(context.getProcAddress("glGetTexImage"))(
+        GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
+    return image;
+}
+
 class GlStage
 {
 public:

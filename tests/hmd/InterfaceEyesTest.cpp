@@ -1,0 +1,170 @@
+// The whole program with a stand-in runtime: what the wearer sees of the interface, and how head
+// and controllers reach it.
+
+#include "app/Application.h"
+#include "app/KGlobalObject.h"
+#include "app/KQQuickView.h"
+#include "hmd/HeadMotion.h"
+#include "hmd/KHmd.h"
+#include "hmd/KHmdUIManager.h"
+#include "render/CameraMath.h"
+#include "render/KTextureProvider.h"
+#include "settings/KSettings.h"
+#include "support/GlStage.h"
+#include "support/WarningGuard.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QSaveFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVector3D>
+
+namespace {
+
+constexpr int kEyePixels = 600; // an eye sees 45 degrees to each side
+constexpr double kSlope = 4000 * 2 * 0.07919222016226815;
+const QColor kSurroundings(40, 90, 120);
+
+class InterfaceEyes : public ::testing::Test
+{
+protected:
+    InterfaceEyes()
+    {
+        qputenv("ORBILENS_VR_FOLDER", folder.path().toLocal8Bit());
+        const QByteArray size = QByteArray::number(kEyePixels);
+        lines["size"] = size + ' ' + size;
+        turnHead(0);
+        const std::pair<const char *, QVariant> values[] = {{"application/hmd/sdk", "openvr"},
+                                                            {"application/hmd/hmdMode", true},
+                                                            {"application/hmd/gazeUI", true}};
+        for (const auto &[key, value] : values)
+            application->settings()->set(key, value);
+        application->init();
+    }
+
+    void write()
+    {
+        QSaveFile file(folder.filePath("script"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        for (auto line = lines.cbegin(); line != lines.cend(); ++line)
+            file.write(line.key() + ' ' + line.value() + '\n');
+        ASSERT_TRUE(file.commit());
+    }
+
+    void turnHead(float yaw)
+    {
+        head = CameraMath::matrixFromAngles({yaw, 0, 0});
+        QByteArray numbers;
+        for (int i = 0; i < 12; ++i)
+            numbers += QByteArray::number(double(head(i / 4, i % 4))) + ' ';
+        lines["pose"] = numbers;
+        write();
+    }
+
+    QImage leftEye(const QString &name)
+    {
+        lines["picture"] = QByteArray::number(++pictures);
+        write();
+        const QString path = folder.filePath(QStringLiteral("eye%1-%2.ppm"));
+        EXPECT_TRUE(within([&] { return QFile::exists(path.arg(1).arg(pictures)); }));
+        const QImage image(path.arg(0).arg(pictures));
+        const QDir artefacts(QStringLiteral(ORBILENS_BINARY_DIR "/artefacts/interface"));
+        EXPECT_TRUE(artefacts.mkpath(".") && image.save(artefacts.filePath(name + ".png")));
+        return image;
+    }
+
+    template <class Condition>
+    static bool within(Condition condition)
+    {
+        return QTest::qWaitFor(condition, 20000);
+    }
+
+    /// Where an eye sees a pixel of the panel.
+    QPoint inEye(const QPoint &panel, const QMatrix4x4 &frame) const
+    {
+        const QVector3D inWorld(float((panel.x() - 2000) / kSlope),
+                                float((1000 - panel.y()) / kSlope), -1);
+        const QVector3D seen = (frame * head).transposed().mapVector(inWorld);
+        return {int((1 - seen.x() / seen.z()) * kEyePixels / 2),
+                int((1 + seen.y() / seen.z()) * kEyePixels / 2)};
+    }
+
+    static int distance(const QColor &a, const QColor &b)
+    {
+        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+               std::abs(a.blue() - b.blue());
+    }
+
+    test::WarningGuard guard;
+    QTemporaryDir folder;
+    QMap<QByteArray, QByteArray> lines;
+    QMatrix4x4 head;
+    int pictures = 0;
+    Application *application = static_cast<Application *>(qApp);
+};
+
+} // namespace
+
+TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
+{
+    ASSERT_TRUE(
+        within([&] { return application->hmdUiManager() && application->hmd()->available(); }));
+    KHmdUIManager *manager = application->hmdUiManager();
+    KGlobalObject *camera = application->globalObject();
+    QImage still(400, 200, QImage::Format_RGB32);
+    still.fill(kSurroundings);
+    QStringList files;
+    for (const char *name : {"morning.png", "noon.png", "evening.png"}) {
+        files.append(folder.filePath(name));
+        ASSERT_TRUE(still.save(files.last()));
+    }
+    camera->openFiles(files);
+    turnHead(0.5F);
+    ASSERT_TRUE(within([&] { return std::abs(camera->yaw() - 0.5F) < 1e-4F; }));
+    ASSERT_TRUE(within([&] { return manager->textureId(0) > 0 && manager->textureId(1) > 0; }));
+
+    lines["controller7"] = "2 0 0"; // the menu button opens the panel
+    write();
+    ASSERT_TRUE(within([&] { return manager->isShown(); }));
+    ASSERT_TRUE(within([&] { return manager->uiState() == KHmdUIManager::Hovered; }));
+    lines.remove("controller7");
+    QTest::qWait(300);
+    leftEye("eye-ahead");
+
+    // Beside the pictures, so that nothing is chosen; the panel stays behind to the left.
+    turnHead(1.1F);
+    ASSERT_TRUE(within([&] { return manager->uiState() == KHmdUIManager::Idle; }));
+    QTest::qWait(300);
+    const QImage eye = leftEye("eye-turned");
+    const QImage panel = test::downloadTexture(application->sharedGlContext(),
+                                               manager->textureId(0), manager->textureSize(0));
+    const struct
+    {
+        QPoint panel;
+        bool onCard;
+    } points[] = {{{2020, 1280}, true},  {{2560, 1280}, true}, {{2200, 1150}, true},
+                  {{2660, 1060}, false}, {{2200, 770}, false}, {{2200, 1350}, false},
+                  {{2614, 1000}, true},  {{2628, 1200}, false}};
+    for (const auto &point : points) {
+        SCOPED_TRACE(testing::Message() << point.panel.x() << ' ' << point.panel.y());
+        const QPoint at = inEye(point.panel, manager->orientation());
+        ASSERT_TRUE(eye.rect().contains(at));
+        const QColor expected = point.onCard ? panel.pixelColor(point.panel) : kSurroundings;
+        EXPECT_LE(distance(eye.pixelColor(at), expected), 12)
+            << eye.pixelColor(at).name().toStdString() << ' ' << expected.name().toStdString();
+    }
+    EXPECT_LE(distance(eye.pixelColor(kEyePixels / 2, kEyePixels / 2), Qt::white), 12);
+
+    // Back to the middle: resting on the second picture chooses it.
+    turnHead(0.5F);
+    EXPECT_TRUE(within([&] { return camera->playListIndex() == 1; }));
+    EXPECT_FALSE(manager->isShown());
+    constexpr int kPlayingState = 1; // of MediaPlayer in the scene
+    ASSERT_TRUE(within([&] {
+        return camera->mediaPlayer()->property("playbackState").toInt() == kPlayingState &&
+               application->textureProvider()->textureId() > 0;
+    }));
+    EXPECT_EQ(distance(leftEye("eye-closed").pixelColor(300, 300), kSurroundings), 0);
+}
