@@ -187,10 +187,10 @@ TEST_F(OpenVR, ControllersAndGazeReachTheInterface)
                                                              {"4294967296 0 0.6", "5"},
                                                              {"4294967296 0 -0.6", "6"},
                                                              {"2 0 0", "2"}};
-    for (const auto &[pressed, code] : presses) {
+    for (const auto &press : presses) {
         ui.codes.clear();
-        script({{"controller7", pressed}});
-        EXPECT_TRUE(within([&] { return ui.codes == code; })) << pressed << ui.codes.toStdString();
+        script({{"controller7", press.first}});
+        EXPECT_TRUE(within([&] { return ui.codes == press.second; })) << press.first;
     }
     // Neither a held button nor other buttons, with or without the touchpad, ask for anything.
     ui.codes.clear();
@@ -205,8 +205,7 @@ TEST_F(OpenVR, ControllersAndGazeReachTheInterface)
 
 TEST_F(OpenVR, EachFailureIsToldAndLeavesNoDevice)
 {
-    setting("application/hmd/hmdMode", false);
-    setting("application/advanced/forceopengl", true); // no word on the mode
+    setting("application/advanced/forceopengl", true); // no word on the mode, which is on
     const QString failed = QStringLiteral("OpenVR SDK initialization failed.\n");
     const QString noRuntime = failed + "Unable to initialize OpenVR runtime.\nEnglish of %1\n";
     const struct
