@@ -40,23 +40,23 @@ bool ClapGesture::update(const std::vector<TrackedHand> &hands, float seconds)
     bool met = false;
     if (seen == 2) {
         const float distance = (pair[0]->hand.palm - pair[1]->hand.palm).length();
-        const float passed = seconds + m_single;
+        const float passed = seconds + m_unseen;
         if (m_distance > 0 && passed > 0) {
             const float closing = (m_distance - distance) / passed;
             m_closing += (closing - m_closing) * passed / (passed + kSpeedSettle);
         }
         m_distance = distance;
-        m_single = 0;
+        m_unseen = 0;
         m_facing = faceEachOther(pair[0]->hand, pair[1]->hand);
         m_armed = m_armed || distance > kClapApart;
         met = distance < kClapTouch;
-    } else if (seen == 1 && m_distance > 0) {
-        m_single += seconds;
-        met = m_distance < kClapLost;
+    } else if (m_distance > 0) {
+        m_unseen += seconds;
+        met = seen == 1 && m_distance < kClapLost;
     }
-    if (seen == 0 || m_single > kClapLossTime) {
+    if (m_unseen > kClapLossTime) {
         m_armed = false;
-        m_distance = m_closing = m_single = 0;
+        m_distance = m_closing = m_unseen = 0;
         return false;
     }
     if (!m_armed || !met || !m_facing || m_closing < kClapSpeed)

@@ -24,7 +24,7 @@ private:
     bool m_facing = false;
     float m_distance = 0;
     float m_closing = 0; // millimetres a second
-    float m_single = 0;  // since the second hand was seen
+    float m_unseen = 0;  // seconds since both hands were seen
     float m_rest = 0;    // until the next may come
 };
 

@@ -13,9 +13,10 @@ constexpr int kSides = 12;
 constexpr int kCapRings = 4;
 constexpr float kBaseRadius = 9; // millimetres
 constexpr float kTipRadius = 6.5F;
+constexpr float kKnuckleReach = 60;
 constexpr float kViewAngle = 45; // degrees
-const QVector3D kEye(0, 220, 420);
-const QVector3D kCentre(0, 190, 0);
+const QVector3D kEye(0, 360, 400);
+const QVector3D kCentre(0, 170, -30);
 const QVector3D kLight = QVector3D(-0.4F, 0.7F, 0.6F).normalized();
 
 /// One ring of a body of revolution about the finger.
@@ -84,11 +85,24 @@ void addFinger(const Finger &finger, float scale, std::vector<Vertex> &vertices)
     }
 }
 
+/// The fingers and what joins those of one hand where they begin.
+FingerList withKnuckles(const FingerList &fingers)
+{
+    FingerList rods = fingers;
+    for (int i = 1; i < fingers.size(); ++i) {
+        const Finger &a = fingers[i - 1];
+        const Finger &b = fingers[i];
+        if (int(b.kind) == int(a.kind) + 1 && (a.base - b.base).length() < kKnuckleReach)
+            rods.append({FingerKind::Middle, true, a.base, b.base});
+    }
+    return rods;
+}
+
 } // namespace
 
 std::vector<Vertex> build(const FingerList &fingers, const QVector3D &eye, float scale)
 {
-    FingerList sorted = fingers;
+    FingerList sorted = withKnuckles(fingers);
     const auto distance = [&eye](const Finger &f) {
         return ((f.base + f.tip) / 2 - eye).lengthSquared();
     };

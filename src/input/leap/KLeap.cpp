@@ -54,7 +54,9 @@ KLeap::KLeap(Application *application, TrackerMaker makeTracker)
     , m_makeTracker(std::move(makeTracker))
     , m_camera(application)
 {
+    // What the scene's connections to the painters carry.
     qRegisterMetaType<FingerList>("FingerList");
+    qRegisterMetaType<KGlobalObject *>("KGlobalObject*");
     leapConnected(false);
     restoreOptions();
     onSettingsChanged(QLatin1String(kGhostHands));

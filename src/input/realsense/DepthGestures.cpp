@@ -7,7 +7,7 @@ namespace {
 
 constexpr float kHandLost = 0.3F; // seconds
 constexpr float kCalibrationTime = 1.0F;
-constexpr float kCalibrationSpeed = 0.15F; // picture widths a second
+constexpr float kCalibrationReach = 0.03F; // picture widths
 constexpr float kRest = 0.12F;             // share of the half picture about the middle
 constexpr float kSeekSpan = 1.5F;          // timelines in the width of the picture
 constexpr float kShortestPinch = 0.15F;    // seconds
@@ -128,8 +128,11 @@ void DepthGestures::calibrate(const DepthFrame &frame, float seconds)
 {
     if (m_calibration != DepthCalibration::Calibrating)
         return;
-    const bool still = frame.openness > 0.5F && m_filter.speed().length() < kCalibrationSpeed;
+    const bool still =
+        frame.openness > 0.5F && (m_position - m_centre).length() < kCalibrationReach;
     m_still = still ? m_still + seconds : 0;
+    if (!still)
+        m_centre = m_position; // where it may come to rest
     if (m_still < kCalibrationTime)
         return;
     m_centre = m_position;

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import com.vedra.kontrols 1.0
+import com.vedra.components 1.0
 import "../widgets"
 
 // One page of the hand tracker's tutorial: the gesture as a moving picture, and what it does. With a

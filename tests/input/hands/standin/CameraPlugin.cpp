@@ -1,0 +1,1 @@
+#include "input/hands/standin/CameraPlugin.h"
