@@ -28,7 +28,12 @@ FocusScope {
 
     anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
     height: timeline.height + 60
-    state: mouseIsInTriggerArea || paused ? "On" : "Off"
+    // Whoever comes by the Tab key sees what has the focus; Escape leaves the bar again.
+    state: mouseIsInTriggerArea || paused || activeFocus ? "On" : "Off"
+    Keys.onEscapePressed: {
+        focus = false
+        event.accepted = false
+    }
 
     states: [
         State { name: "On"; PropertyChanges { target: root; anchors.bottomMargin: 0 } },

@@ -68,6 +68,7 @@ FocusScope {
         HorizontalSpinBox {
             id: box
             objectName: "spinBox" + field.label
+            Accessible.name: field.label
             Layout.fillWidth: true
             minimumValue: field.minimum
             maximumValue: field.maximum

@@ -11,7 +11,15 @@ Item {
     height: kView.fullScreen ? 0 : bar.__contentItem.implicitHeight
     visible: !kView.fullScreen
 
-    function onKeyPressed(event) { commands.keyPressed(event) }
+    // F10 opens the menus for those without a pointer, as on other desktops.
+    function onKeyPressed(event) {
+        if (event.key === Qt.Key_F10 && visible && !bar.__isNative) {
+            bar.menus[0].__visualItem.Accessible.pressAction()
+            event.accepted = true
+        } else {
+            commands.keyPressed(event)
+        }
+    }
     function onKeyReleased(event) { commands.keyReleased(event) }
 
     MenuBar {

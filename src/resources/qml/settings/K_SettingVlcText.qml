@@ -42,6 +42,7 @@ K_SettingRow {
         K_PlainText { text: qsTr("Default") }
         TextArea {
             objectName: "default"
+            Accessible.name: qsTr("%1, default").arg(root.label)
             width: parent.width
             height: 70
             font: Qt.font({ family: "monospace", pixelSize: 13 })

@@ -27,6 +27,9 @@ FocusScope {
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
+    Keys.onSpacePressed: clicked()
+    // Space is also the key of "Pause".
+    Keys.onShortcutOverride: event.accepted = event.key === Qt.Key_Space
 
     Rectangle {
         anchors.fill: parent

@@ -23,6 +23,24 @@ Item {
 
     Accessible.role: Accessible.Slider
     Accessible.name: name
+    // What assistive programs ask a slider for, by these names.
+    readonly property real value: clamp(progression)
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 1
+    readonly property real stepSize: 0.05
+    Accessible.onIncreaseAction: step(1)
+    Accessible.onDecreaseAction: step(-1)
+
+    activeFocusOnTab: true
+    Keys.onLeftPressed: step(-1)
+    Keys.onDownPressed: step(-1)
+    Keys.onRightPressed: step(1)
+    Keys.onUpPressed: step(1)
+    // The arrows turn the camera otherwise.
+    Keys.onShortcutOverride: event.accepted = event.modifiers === Qt.NoModifier
+        && [Qt.Key_Left, Qt.Key_Right, Qt.Key_Up, Qt.Key_Down].indexOf(event.key) !== -1
+
+    function step(direction) { moved(clamp(value + direction * stepSize)) }
 
     function clamp(value) {
         return isNaN(value) ? 0 : Math.max(0, Math.min(1, value))
@@ -31,6 +49,14 @@ Item {
     Rectangle {
         anchors.fill: parent
         color: root.barColor
+    }
+
+    Rectangle {
+        z: 1
+        anchors { fill: parent; margins: -2 }
+        visible: root.activeFocus
+        color: "transparent"
+        border { width: 2; color: "white" }
     }
 
     Rectangle {

@@ -32,6 +32,11 @@ Item {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.Slider
     Accessible.name: name
+    Accessible.onIncreaseAction: step(1)
+    Accessible.onDecreaseAction: step(-1)
+    // What assistive programs ask a slider for, by these names.
+    readonly property alias minimumValue: root.from
+    readonly property alias maximumValue: root.to
 
     Keys.onLeftPressed: step(-1)
     Keys.onDownPressed: step(-1)

@@ -37,6 +37,8 @@ FocusScope {
     implicitWidth: Math.max(label.implicitWidth, 60)
     implicitHeight: Math.max(label.implicitHeight, field.implicitHeight)
     activeFocusOnTab: true
+    Accessible.role: Accessible.EditableText
+    Accessible.name: text !== "" ? text : placeholderText
 
     Keys.onReturnPressed: edit()
     Keys.onEnterPressed: edit()

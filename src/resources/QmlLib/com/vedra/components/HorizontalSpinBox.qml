@@ -151,6 +151,9 @@ FocusScope {
         id: input
 
         objectName: "input"
+        // It has the focus, so it is what is read out.
+        Accessible.role: Accessible.SpinBox
+        Accessible.name: root.Accessible.name
         anchors {
             fill: parent
             leftMargin: root.arrowSize + 16

@@ -8,11 +8,16 @@ LabelIcon {
     readonly property bool hovered: area.containsMouse
     readonly property bool pressed: area.pressed
 
+    // A glyph says nothing to those who do not see it.
+    property string name
+
     signal clicked()
 
     activeFocusOnTab: true
     color: hovered || activeFocus ? Theme.colors.selection : Theme.colors.foreground
     Accessible.role: Accessible.Button
+    Accessible.name: name
+    Accessible.onPressAction: clicked()
 
     Keys.onSpacePressed: clicked()
     Keys.onReturnPressed: clicked()
