@@ -193,7 +193,8 @@ FocusScope {
             visible: text !== ""
         }
         Label {
-            text: root.realSense ? qsTr("real sense fps : ") + root.realSense.fps : ""
+            text: root.realSense && root.realSense.available
+                ? qsTr("real sense fps : ") + root.realSense.fps : ""
             visible: text !== ""
         }
         Label {
