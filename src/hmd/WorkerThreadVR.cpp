@@ -15,7 +15,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
-#include <mutex>
+#include <chrono>
 
 WorkerThreadVR::WorkerThreadVR(KHmd *hmd)
     : m_hmd(hmd)
@@ -128,9 +128,9 @@ void WorkerThreadVR::stop()
 
 void WorkerThreadVR::wake()
 {
-    const QMutexLocker lock(&m_sleepLock);
+    const std::lock_guard<std::mutex> lock(m_sleepLock);
     m_woken = true;
-    m_wake.wakeAll();
+    m_wake.notify_all();
 }
 
 QMatrix4x4 WorkerThreadVR::hmdPose() const
@@ -143,9 +143,9 @@ QMatrix4x4 WorkerThreadVR::hmdPose() const
 
 void WorkerThreadVR::sleepFor(int milliseconds)
 {
-    QMutexLocker lock(&m_sleepLock);
+    std::unique_lock<std::mutex> lock(m_sleepLock);
     if (!isInterruptionRequested() && !m_woken)
-        m_wake.wait(&m_sleepLock, static_cast<unsigned long>(milliseconds));
+        m_wake.wait_for(lock, std::chrono::milliseconds(milliseconds));
     m_woken = false;
 }
 
@@ -175,21 +175,20 @@ bool WorkerThreadVR::checkHmdMode(bool detected)
     // Settings and message boxes belong to the GUI thread, which may itself be waiting for this
     // thread to end: stop() wakes this wait.
     {
-        const QMutexLocker lock(&m_sleepLock);
+        const std::lock_guard<std::mutex> lock(m_sleepLock);
         m_goesOn.reset();
     }
     QMetaObject::invokeMethod(
         this,
         [this, detected] {
             const bool goesOn = !m_hmd->agreeOnMode(detected);
-            const QMutexLocker lock(&m_sleepLock);
+            const std::lock_guard<std::mutex> lock(m_sleepLock);
             m_goesOn = goesOn;
-            m_wake.wakeAll();
+            m_wake.notify_all();
         },
         Qt::QueuedConnection);
-    QMutexLocker lock(&m_sleepLock);
-    while (!m_goesOn && !isInterruptionRequested())
-        m_wake.wait(&m_sleepLock);
+    std::unique_lock<std::mutex> lock(m_sleepLock);
+    m_wake.wait(lock, [this] { return m_goesOn || isInterruptionRequested(); });
     return m_goesOn.value_or(false);
 }
 

@@ -14,13 +14,13 @@
 
 #include <QElapsedTimer>
 #include <QMatrix4x4>
-#include <QMutex>
 #include <QThread>
-#include <QWaitCondition>
 
 #include <array>
 #include <atomic>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 class Application;
@@ -154,8 +154,8 @@ private:
     std::unique_ptr<QOpenGLContext> m_glContext;
     std::unique_ptr<QOffscreenSurface> m_surface;
 
-    QMutex m_sleepLock;
-    QWaitCondition m_wake;
+    std::mutex m_sleepLock; // the standard one, which the thread sanitizer sees
+    std::condition_variable m_wake;
     bool m_woken = false;         // under m_sleepLock, as is the next
     std::optional<bool> m_goesOn; // the GUI thread's answer on the mode
     std::atomic<bool> m_gazeQueued{false};
