@@ -22,6 +22,10 @@ function(orbilens_warnings name)
   target_compile_definitions(${name} PRIVATE QT_NO_DEPRECATED_WARNINGS QT_NO_FOREACH)
 endfunction()
 
+# What runs without a screen, all that the daily run needs of the sanitized tree: the suites labelled
+# unit alone and the fuzz targets.
+add_custom_target(screenless)
+
 # orbilens_test(<name> SOURCES <files...> LIBRARIES <libraries...> LABELS <labels...>
 #               [GUI] [TIMEOUT <seconds>])
 # One test program. GUI gives it the QApplication main of tests/support, otherwise the core one.
@@ -47,6 +51,9 @@ function(orbilens_test name)
     ORBILENS_BINARY_DIR="${PROJECT_BINARY_DIR}")
   orbilens_warnings(${name})
 
+  if("unit" IN_LIST ARG_LABELS AND NOT ARG_LABELS MATCHES "gl|qml|media|slow")
+    add_dependencies(screenless ${name})
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QSG_RENDER_LOOP=basic")
@@ -73,5 +80,6 @@ function(orbilens_fuzz name)
   target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   orbilens_warnings(${name})
+  add_dependencies(screenless ${name})
   set_property(GLOBAL APPEND PROPERTY ORBILENS_FUZZ_TARGETS ${name})
 endfunction()

@@ -32,10 +32,10 @@ quiet_environment
 start_display
 jobs=$(nproc)
 
-build() { # preset
+build() { # preset, target
   cmake --preset "$1" >"$headless_folder/configure.log" 2>&1 ||
     { cat "$headless_folder/configure.log"; return 1; }
-  cmake --build "build/$1" -j "$jobs" --
+  cmake --build "build/$1" -j "$jobs" --target "${2:-all}" --
 }
 suite() { # preset, further ctest arguments
   local preset=$1
@@ -56,7 +56,7 @@ case "$mode" in
   slow) build dev; suite dev "$@" ;;
   all)
     build dev
-    build asan
+    build asan screenless
     # The fuller run comes last, so that its summary closes the log.
     suite asan -L unit -LE 'gl|qml|media|slow' --repeat until-pass:2 "$@"
     scripts/fuzz.sh 0
