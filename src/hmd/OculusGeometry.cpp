@@ -30,7 +30,7 @@ ovrPosef eyePose(const ovrPosef &head, const ovrVector3f &offset)
 {
     const ovrQuatf &q = head.Orientation;
     const QVector3D turned =
-        QQuaternion(q.w, q.x, q.y, q.z).rotatedVector({offset.x, offset.y, offset.z});
+        QQuaternion(q.w, q.x, q.y, q.z).normalized().rotatedVector({offset.x, offset.y, offset.z});
     return {
         q,
         {head.Position.x + turned.x(), head.Position.y + turned.y(), head.Position.z + turned.z()}};

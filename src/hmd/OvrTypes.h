@@ -28,6 +28,7 @@ constexpr ovrResult ovrSuccess_NotVisible = 1000;
 constexpr ovrResult ovrError_NotInitialized = -1004;
 constexpr ovrResult ovrError_LibLoad = -3001;
 constexpr ovrResult ovrError_DisplayLost = -6000;
+constexpr ovrResult ovrError_TextureSwapChainInvalid = -6002;
 
 constexpr bool ovrFailed(ovrResult result)
 {

@@ -9,8 +9,6 @@ namespace {
 // A chain of more is no chain: the runtime uses two or three.
 constexpr int kLongestChain = 64;
 
-constexpr ovrResult kNoChain = -6002; // the runtime's own code for a chain that cannot be used
-
 } // namespace
 
 TextureBuffer::TextureBuffer(const OvrRuntime &runtime, ovrSession session,
@@ -34,7 +32,7 @@ ovrResult TextureBuffer::create()
     GLint largest = 0;
     m_functions->glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     if (m_size.isEmpty() || m_size.width() > largest || m_size.height() > largest)
-        return kNoChain;
+        return ovrError_TextureSwapChainInvalid;
 
     // The shader writes colours as a screen takes them. A chain that says so is read right by the
     // compositor, as long as GL does not encode what is written a second time.
@@ -65,7 +63,7 @@ ovrResult TextureBuffer::prepareChain()
     if (ovrFailed(result))
         return result;
     if (length < 1 || length > kLongestChain)
-        return kNoChain;
+        return ovrError_TextureSwapChainInvalid;
     for (int index = 0; index < length; ++index) {
         std::uint32_t texture = 0;
         const ovrResult found =
@@ -119,7 +117,7 @@ ovrResult TextureBuffer::begin()
     attach(texture, m_depth);
     if (m_functions->glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
         m_functions->glBindFramebuffer(GL_FRAMEBUFFER, 0);
-        return kNoChain;
+        return ovrError_TextureSwapChainInvalid;
     }
     m_functions->glViewport(0, 0, m_size.width(), m_size.height());
     m_functions->glClear(GL_DEPTH_BUFFER_BIT);

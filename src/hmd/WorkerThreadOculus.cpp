@@ -60,13 +60,13 @@ bool WorkerThreadOculus::initialize()
     params.RequestedMinorVersion = kOvrRequestedMinorVersion;
     const ovrResult result = m_runtime.ovr_Initialize(&params);
     if (!ovrFailed(result)) {
-        qCInfo(logOculus) << "runtime" << m_runtime.ovr_GetVersionString();
+        qCDebug(logOculus) << "runtime" << m_runtime.ovr_GetVersionString();
         return true;
     }
 
     ovrErrorInfo error;
     m_runtime.ovr_GetLastErrorInfo(&error);
-    qCInfo(logOculus) << "no runtime:" << result << error.ErrorString;
+    qCDebug(logOculus) << "no runtime:" << result << error.ErrorString;
     log(failureText("Unable to initialize Oculus driver.\nEnsure that you have installed Oculus "
                     "driver or try to unplug/replug all cables.\n"));
     if (m_isAutomatic)

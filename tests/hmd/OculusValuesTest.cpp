@@ -63,11 +63,11 @@ TEST(OculusValues, EyesStandBesideTheHeadAndSeeTheirOwnFrustum)
 {
     const float half = std::sqrt(0.5F);
     const ovrPosef eye =
-        OculusGeometry::eyePose({{0, half, 0, half}, {1, 2, 3}}, {0.03F, 0, 0.01F});
+        OculusGeometry::eyePose({{0, 2 * half, 0, 2 * half}, {1, 2, 3}}, {0.03F, 0, 0.01F});
     EXPECT_NEAR(eye.Position.x, 1.01, 1e-6);
     EXPECT_NEAR(eye.Position.y, 2, 1e-6);
     EXPECT_NEAR(eye.Position.z, 2.97, 1e-6);
-    EXPECT_EQ(eye.Orientation.y, half);
+    EXPECT_EQ(eye.Orientation.y, 2 * half) << "as the runtime gave it";
 
     const QMatrix4x4 projection = OculusGeometry::eyeProjection({1.1F, 0.8F, 1.25F, 0.75F});
     for (const auto &[seen, corner] : {std::pair<QVector3D, QPointF>{{0.75F, 1.1F, -1}, {1, 1}},
