@@ -92,8 +92,9 @@ protected:
     static void SetUpTestSuite()
     {
         auto *app = static_cast<Application *>(qApp);
-        // No word on the stored mode, should this machine have a headset.
+        // The machine's own headset, should it have one, takes no part.
         app->settings()->set("application/advanced/forceopengl", true);
+        app->settings()->set("application/hmd/sdk", "openvr"); // no second family after the first
         app->init();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(app->view()));
         headset = new FakeHeadset;
