@@ -52,7 +52,7 @@ bool ClapGesture::update(const std::vector<TrackedHand> &hands, float seconds)
         met = distance < kClapTouch;
     } else if (m_distance > 0) {
         m_unseen += seconds;
-        met = seen == 1 && m_distance < kClapLost;
+        met = seen == 1 && m_distance - m_closing * m_unseen < kClapLost;
     }
     if (m_unseen > kClapLossTime) {
         m_armed = false;

@@ -14,7 +14,8 @@ constexpr int kCapRings = 4;
 constexpr float kBaseRadius = 9; // millimetres
 constexpr float kTipRadius = 6.5F;
 constexpr float kKnuckleReach = 60;
-constexpr float kViewAngle = 45; // degrees
+constexpr float kViewAngle = 45;     // degrees
+constexpr float kHeadViewAngle = 90; // about a headset's
 const QVector3D kEye(0, 360, 400);
 const QVector3D kCentre(0, 170, -30);
 const QVector3D kLight = QVector3D(-0.4F, 0.7F, 0.6F).normalized();
@@ -45,16 +46,17 @@ std::vector<Ring> rings(float length, float scale)
     return result;
 }
 
-QVector3D shade(const QVector3D &normal, FingerKind kind)
+QVector3D shade(const QVector3D &normal, const QVector3D &lamp, FingerKind kind)
 {
     // The player's blue; the index, which points, is the brightest.
     const QVector3D colour =
         kind == FingerKind::Index ? QVector3D(0.35F, 0.83F, 1.0F) : QVector3D(0.0F, 0.64F, 0.85F);
-    const float light = 0.45F + 0.55F * std::max(0.0F, QVector3D::dotProduct(normal, kLight));
+    const float light = 0.45F + 0.55F * std::max(0.0F, QVector3D::dotProduct(normal, lamp));
     return colour * light;
 }
 
-void addFinger(const Finger &finger, float scale, std::vector<Vertex> &vertices)
+void addFinger(const Finger &finger, float scale, const QVector3D &lamp,
+               std::vector<Vertex> &vertices)
 {
     const QVector3D way = finger.tip - finger.base;
     const float length = way.length();
@@ -70,7 +72,7 @@ void addFinger(const Finger &finger, float scale, std::vector<Vertex> &vertices)
         const QVector3D normal =
             outwards * std::sqrt(1 - ring.slope * ring.slope) + along * ring.slope;
         return Vertex{finger.base + along * ring.along + outwards * ring.radius,
-                      shade(normal, finger.kind)};
+                      shade(normal, lamp, finger.kind)};
     };
     const std::vector<Ring> body = rings(length, scale);
     for (std::size_t r = 0; r + 1 < body.size(); ++r) {
@@ -100,8 +102,11 @@ FingerList withKnuckles(const FingerList &fingers)
 
 } // namespace
 
-std::vector<Vertex> build(const FingerList &fingers, const QVector3D &eye, float scale)
+std::vector<Vertex> build(const FingerList &fingers, Place place, float eyeOffset, float scale)
 {
+    const QMatrix4x4 toTracker = headMounted(place).inverted();
+    const QVector3D eye = toTracker.map(kEye + QVector3D(eyeOffset, 0, 0));
+    const QVector3D lamp = toTracker.mapVector(kLight);
     FingerList sorted = withKnuckles(fingers);
     const auto distance = [&eye](const Finger &f) {
         return ((f.base + f.tip) / 2 - eye).lengthSquared();
@@ -111,26 +116,24 @@ std::vector<Vertex> build(const FingerList &fingers, const QVector3D &eye, float
     });
     std::vector<Vertex> vertices;
     for (const Finger &finger : qAsConst(sorted))
-        addFinger(finger, scale, vertices);
+        addFinger(finger, scale, lamp, vertices);
     return vertices;
 }
 
-QVector3D eyePosition(float eyeOffset)
+QMatrix4x4 projection(Place place, float aspect, float eyeOffset)
 {
-    return kEye + QVector3D(eyeOffset, 0, 0);
-}
-
-QMatrix4x4 projection(float aspect, float eyeOffset)
-{
-    QMatrix4x4 matrix;
-    matrix.perspective(kViewAngle, aspect, 10, 5000);
     const QVector3D beside(eyeOffset, 0, 0);
-    matrix.lookAt(kEye + beside, kCentre + beside, {0, 1, 0});
+    const QVector3D target = place == Place::Head ? kEye - QVector3D(0, 0, 1) : kCentre;
+    QMatrix4x4 matrix;
+    matrix.perspective(place == Place::Head ? kHeadViewAngle : kViewAngle, aspect, 10, 5000);
+    matrix.lookAt(kEye + beside, target + beside, {0, 1, 0});
     return matrix;
 }
 
-QMatrix4x4 headMounted()
+QMatrix4x4 headMounted(Place place)
 {
+    if (place == Place::Desk)
+        return {};
     // The axes as for gestures, and the head where a person before the desk has it.
     return {-1, 0, 0, kEye.x(), 0, 0, -1, kEye.y(), 0, -1, 0, kEye.z(), 0, 0, 0, 1};
 }

@@ -17,19 +17,21 @@ struct Vertex
     QVector3D diffuse;  ///< colour under the light, red, green, blue
 };
 
-/// Triangles, three vertices each, anticlockwise seen from outside; fingers far from @p eye first,
-/// so that without a depth buffer the near ones cover them. @p scale is the thickness, 1 as told by
-/// nature.
-std::vector<Vertex> build(const FingerList &fingers, const QVector3D &eye, float scale);
+/// Where the tracker is.
+enum class Place { Desk, Head };
 
-/// From tracker coordinates to the item's picture, for a person who sits before the tracker:
-/// @p aspect is width over height, @p eyeOffset the eye's place beside the nose, millimetres.
-QMatrix4x4 projection(float aspect, float eyeOffset);
+/// Triangles, three vertices each, anticlockwise seen from outside; fingers far from the eye first,
+/// so that without a depth buffer the near ones cover them. @p eyeOffset is the eye's place beside
+/// the nose, millimetres; @p scale the thickness, 1 as grown.
+std::vector<Vertex> build(const FingerList &fingers, Place place, float eyeOffset, float scale);
 
-/// Where the person's eye is then.
-QVector3D eyePosition(float eyeOffset);
+/// From the coordinates of a tracker on the desk to the item's picture, for a person who sits
+/// before it and looks at the hands, or with a tracker on the head straight ahead. @p aspect is
+/// width over height.
+QMatrix4x4 projection(Place place, float aspect, float eyeOffset);
 
-/// Turns the coordinates of a tracker worn on the head into those of one before the person.
-QMatrix4x4 headMounted();
+/// Turns the coordinates of a tracker worn on the head into those of one on the desk before the
+/// same person; the identity for one on the desk.
+QMatrix4x4 headMounted(Place place);
 
 } // namespace HandMesh

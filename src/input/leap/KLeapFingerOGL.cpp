@@ -166,9 +166,10 @@ void KLeapFingerOGL::draw(const QRect &viewport)
     if (m_cameraId != Window)
         eyeOffset = m_cameraId == LeftEye ? -kHalfEyeDistance : kHalfEyeDistance;
     const float aspect = float(viewport.width()) / float(viewport.height());
+    const HandMesh::Place place = m_hmdMode != 0 ? HandMesh::Place::Head : HandMesh::Place::Desk;
     const auto thickness = float(std::clamp(m_userValue, 0.1, 10.0));
     const std::vector<HandMesh::Vertex> vertices =
-        HandMesh::build(m_fingers, HandMesh::eyePosition(eyeOffset), thickness);
+        HandMesh::build(m_fingers, place, eyeOffset, thickness);
     if (vertices.empty())
         return;
 
@@ -180,9 +181,8 @@ void KLeapFingerOGL::draw(const QRect &viewport)
     gl->glEnable(GL_BLEND);
     gl->glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     m_program->bind();
-    m_program->setUniformValue("u_MVPMatrix", HandMesh::projection(aspect, eyeOffset));
-    m_program->setUniformValue("u_headMountedMatrix",
-                               m_hmdMode != 0 ? HandMesh::headMounted() : QMatrix4x4());
+    m_program->setUniformValue("u_MVPMatrix", HandMesh::projection(place, aspect, eyeOffset));
+    m_program->setUniformValue("u_headMountedMatrix", HandMesh::headMounted(place));
     m_program->setUniformValue("u_isLeft", m_cameraId == RightEye ? 0 : 1);
     m_program->setUniformValue("u_WidthLimit", m_cameraId == Window ? 2.0F : float(m_lensLimit));
     constexpr int kStride = sizeof(HandMesh::Vertex);
