@@ -40,6 +40,22 @@ int entries(const char *folder)
         .size();
 }
 
+/// Whether a texture holds nothing but coverage, as letters do.
+bool isLetterTable(QOpenGLFunctions *gl, GLuint name)
+{
+    const auto levelParameter =
+        reinterpret_cast<void(QOPENGLF_APIENTRYP)(GLenum, GLint, GLenum, GLint *)>(
+            QOpenGLContext::currentContext()->getProcAddress("glGetTexLevelParameteriv"));
+    constexpr GLenum kInternalFormat = 0x1003;
+    GLint format = 0;
+    gl->glBindTexture(GL_TEXTURE_2D, name);
+    // A texture of another kind cannot be bound there, which says enough.
+    if (gl->glGetError() == GL_NO_ERROR)
+        levelParameter(GL_TEXTURE_2D, 0, kInternalFormat, &format);
+    gl->glBindTexture(GL_TEXTURE_2D, 0);
+    return format == GL_ALPHA;
+}
+
 } // namespace
 
 Footprint Footprint::take(QOpenGLContext *context, QSurface *surface)
@@ -51,6 +67,9 @@ Footprint Footprint::take(QOpenGLContext *context, QSurface *surface)
     if (context->makeCurrent(surface)) {
         QOpenGLFunctions *gl = context->functions();
         now.textures = countNames([gl](GLuint name) { return gl->glIsTexture(name); });
+        now.letterTables = countNames(
+            [gl](GLuint name) { return gl->glIsTexture(name) && isLetterTable(gl, name); });
+        now.textures -= now.letterTables;
         now.buffers = countNames([gl](GLuint name) { return gl->glIsBuffer(name); });
         now.renderbuffers = countNames([gl](GLuint name) { return gl->glIsRenderbuffer(name); });
         now.shaders = countNames([gl](GLuint name) { return gl->glIsShader(name); });
@@ -62,12 +81,14 @@ Footprint Footprint::take(QOpenGLContext *context, QSurface *surface)
 
 QString Footprint::text() const
 {
-    return QStringLiteral("%1 KiB, %2 threads, %3 handles, GL: %4 textures, %5 buffers, "
-                          "%6 renderbuffers, %7 shaders, %8 programs")
+    return QStringLiteral("%1 KiB, %2 threads, %3 handles, GL: %4 textures, "
+                          "%5 tables of letters, %6 buffers, %7 renderbuffers, %8 shaders, "
+                          "%9 programs")
         .arg(memory)
         .arg(threads)
         .arg(handles)
         .arg(textures)
+        .arg(letterTables)
         .arg(buffers)
         .arg(renderbuffers)
         .arg(shaders)

@@ -15,6 +15,9 @@ struct Footprint
     int threads = 0;
     int handles = 0; ///< open files, sockets and the like
     int textures = 0;
+    /// Qt's tables of rendered letters; one more for each size of a font, and some sizes follow
+    /// the width of the window.
+    int letterTables = 0;
     int buffers = 0;
     int renderbuffers = 0;
     int shaders = 0;

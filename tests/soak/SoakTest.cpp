@@ -246,7 +246,7 @@ TEST_F(Soak, HoldsAtTheEndWhatItHeldInTheBeginning)
     EXPECT_LE(growth(&Footprint::memory), before / 20);
     EXPECT_LE(growth(&Footprint::threads), 1);
     EXPECT_LE(growth(&Footprint::handles), 2);
-    EXPECT_LE(growth(&Footprint::textures), 2);
+    EXPECT_LE(growth(&Footprint::textures), 1);
     EXPECT_LE(growth(&Footprint::buffers), 2);
     EXPECT_LE(growth(&Footprint::renderbuffers), 0);
     EXPECT_LE(growth(&Footprint::shaders), 2);

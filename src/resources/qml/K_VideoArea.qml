@@ -29,6 +29,8 @@ FocusScope {
         id: startScreen
         anchors.fill: parent
         visible: !spinner.visible
+        // Behind a panorama nobody sees where the focus is.
+        enabled: !orbilensView.visible
         errorString: root.mediaPlayer.errorString
         onChangeBackend: root.changeRootState("Settings", "video")
     }

@@ -3,6 +3,9 @@ import QtQuick 2.15
 // The face of KGlobalObject that the settings window and the popups see.
 QtObject {
     property bool adobePlugin: false
+    property bool touchTable: false
+    property int loopMode: 1
+    property int playListIndex: 0
     property string videoLogMessage: "Media : file:///clip.mp4 \nProjection : Equirectangular \n"
     property string privacyUrl: "https://example.org/privacy"
     property string platform: "Q_OS_LINUX"

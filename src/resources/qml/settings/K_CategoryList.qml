@@ -13,6 +13,7 @@ ListView {
     keyNavigationEnabled: true // also where nothing is to scroll
     clip: true
     Accessible.role: Accessible.List
+    Accessible.name: qsTr("Categories")
 
     delegate: Item {
         id: entry
