@@ -61,7 +61,7 @@ picture settings
 finish
 
 start samples/panorama.jpg
-keys Left Left Down Down minus minus minus
+keys minus minus minus
 xdotool mousemove --window "$window" 500 570
 picture player
 xdotool mousemove --window "$window" 500 250

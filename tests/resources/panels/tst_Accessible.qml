@@ -87,7 +87,7 @@ Item {
             for (var i = 0; i < settings.categories.length; ++i) {
                 list.currentIndex = i
                 waitForRendering(settings)
-                check(settings, 4)
+                check(settings, 3)
             }
         }
 
