@@ -27,7 +27,8 @@ constexpr qint64 kMicrosecondsPerMillisecond = 1000;
 
 void parseNow(libvlc_media_t *media)
 {
-    // The successor of this call only answers by an event, and the picture's size is needed at once.
+    // The successor of this call only answers by an event, and the picture's size is needed at
+    // once.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     libvlc_media_parse(media);
