@@ -509,7 +509,7 @@ void KVlcPlayerQml::changeState(int state)
         return; // libvlc ends a media that failed as well: played again, it would fail for ever
     // A file of rubbish ends at once without an error of libvlc's.
     if (state == Ended && m_state != Ended && !m_hasPlayed) {
-        announceFault(tr("There is nothing in it that can be played."));
+        announceFault(tr("This medium holds nothing that can be played."));
         state = Error;
     }
     // libvlc announces the end twice; once is what the scene may act on.
