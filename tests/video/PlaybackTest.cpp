@@ -178,10 +178,10 @@ TEST(Playback, ReportsBadInputAndPlaysTheNextFile)
         window.forget();
         window.player().openFile(test::clip(input));
         EXPECT_TRUE(window.wait(last));
+        QTest::qWait(100);
+        EXPECT_EQ(window.states.last(), last) << "ended as well, it would be played again for ever";
         EXPECT_EQ(window.errors.join(QString()).isEmpty(), last != State::Error);
         EXPECT_TRUE(window.openAndShow(test::clip("long.mp4")));
-        EXPECT_EQ(window.reached(State::Ended), last == State::Ended)
-            << "what failed has not ended: it would be played again for ever";
     }
 }
 
