@@ -33,11 +33,13 @@
 #include "video/VlcInstance.h"
 
 #include <QDir>
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QScreen>
 #include <QTimer>
 
 namespace {
@@ -45,6 +47,18 @@ namespace {
 constexpr QSize kMinimumWindowSize(640, 460);
 // Devices answer on threads of their own; by then they have.
 constexpr int kDevicesMilliseconds = 1000;
+
+// Asking for the devices takes time: only for those who want to read it.
+Q_LOGGING_CATEGORY(audio, "orbilens.audio", QtInfoMsg)
+
+void logAudioDevices()
+{
+    if (!audio().isDebugEnabled())
+        return;
+    const QList<VlcAudioDevice> devices = vlcAudioDevices();
+    for (const VlcAudioDevice &device : devices)
+        qCDebug(audio).noquote() << device.label;
+}
 
 } // namespace
 
@@ -150,6 +164,7 @@ void Application::init()
     m_sharedMemory = sharedMemorySetting || option(QStringLiteral("adobeplugin")).toBool();
     initializeAnalytics();
     chooseVideoBackend();
+    logAudioDevices();
     initRenderer();
 
     m_view = std::make_unique<KQQuickView>(option(QStringLiteral("touchtable")).toBool(),
@@ -342,6 +357,9 @@ void Application::showWindow()
     m_view->setFlags(flags);
     m_view->setMinimumSize(kMinimumWindowSize);
     m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    // The last run may have had a larger screen.
+    if (const QScreen *screen = m_view->screen())
+        m_view->resize(m_view->size().boundedTo(screen->availableSize()));
     if (!adobePlugin && m_view->fullScreen())
         m_view->showFullScreen();
     else

@@ -56,7 +56,8 @@ QMap<int, KeyPoint> parse(const QByteArray &json)
         const double roll = object.value(QLatin1String("roll")).toDouble(0);
         const double fov = object.value(QLatin1String("fov")).toDouble(90);
         const double time = object.value(QLatin1String("ts")).toDouble(0) * 1000;
-        const bool timeFits = time >= 0 && time < double(std::numeric_limits<int>::max());
+        constexpr double kLatest = std::numeric_limits<int>::max();
+        const bool timeFits = std::abs(time) < kLatest;
         if (!timeFits || !isFinite(yaw, pitch, roll, fov))
             continue;
 

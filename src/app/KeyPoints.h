@@ -30,7 +30,8 @@ namespace KeyPoints {
 QString filePath(const QString &mediaPath);
 
 /// Points of a key-point file, by time. Anything that is no such file gives an empty path, and a
-/// point with a time or angle outside what a film can hold is left out.
+/// point whose time or angle no film can hold is left out. A time before the film's start is a pose
+/// to come from.
 QMap<int, KeyPoint> parse(const QByteArray &json);
 
 /// Pose at @p time, milliseconds; before the first and after the last point those hold.

@@ -7,6 +7,7 @@
 #include "app/OpenGLFlavour.h"
 #include "crash/CrashHandler.h"
 #include "foundation/KFoundation.h"
+#include "foundation/KHeap.h"
 #include "foundation/KVersion.h"
 #include "settings/KSettingsManager.h"
 #include "video/VlcConfig.h"
@@ -113,6 +114,7 @@ int run(int &argc, char **argv, const QString &name, Restart *restart)
 
 int main(int argc, char **argv)
 {
+    KHeap::ShareBetweenThreads();
     qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
     qputenv("QT_NO_FT_CACHE", "1");
     const QString name =

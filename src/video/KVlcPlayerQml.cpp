@@ -27,7 +27,8 @@ constexpr qint64 kMicrosecondsPerMillisecond = 1000;
 
 void parseNow(libvlc_media_t *media)
 {
-    // The successor of this call only answers by an event, and the picture's size is needed at once.
+    // The successor of this call only answers by an event, and the picture's size is needed at
+    // once.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     libvlc_media_parse(media);
@@ -85,6 +86,7 @@ void KVlcPlayerQml::openFile(const QUrl &url)
             const VideoSurfaceGate::Closed closed(m_gate);
             libvlc_media_player_set_media(m_mediaPlayer.get(), m_media.get());
         }
+        m_hasPlayed = false;
         libvlc_media_player_play(m_mediaPlayer.get());
         if (VlcConfig::current().audioDelay != 0)
             updateAudioDelay();
@@ -421,6 +423,7 @@ void KVlcPlayerQml::updateTexture()
         ++m_startupCounter;
         return;
     }
+    m_hasPlayed = true;
     setTextureId(int(*name));
     if (m_paintTexture)
         QMetaObject::invokeMethod(
@@ -482,24 +485,39 @@ void KVlcPlayerQml::handleEvent(const libvlc_event_t &event)
 {
     switch (event.type) {
     case libvlc_MediaPlayerTimeChanged:
+        m_hasPlayed = true;
         emit positionChanged(int(event.u.media_player_time_changed.new_time));
         break;
-    case libvlc_MediaPlayerEncounteredError: {
-        const QString text = QString::fromUtf8(libvlc_errmsg());
-        emit errorStringChanged(text.isEmpty() ? QStringLiteral("Unknown Error") : text);
+    case libvlc_MediaPlayerEncounteredError:
+        announceFault(QString::fromUtf8(libvlc_errmsg()));
         break;
-    }
     case libvlc_MediaParsedChanged:
         // Parsing inside this event would wait for the event's own end.
         parseTracks(static_cast<libvlc_media_t *>(event.p_obj), Parse::No);
         break;
     case libvlc_MediaStateChanged:
-        // libvlc announces the end twice; once is what the scene may act on.
-        if (m_state.exchange(event.u.media_state_changed.new_state) !=
-            event.u.media_state_changed.new_state)
-            emit vlcStateChanged(event.u.media_state_changed.new_state);
+        changeState(event.u.media_state_changed.new_state);
         break;
     default:
         break;
     }
+}
+
+void KVlcPlayerQml::changeState(int state)
+{
+    if (state == Ended && m_state == Error)
+        return; // libvlc ends a media that failed as well: played again, it would fail for ever
+    // A file of rubbish ends at once without an error of libvlc's.
+    if (state == Ended && m_state != Ended && !m_hasPlayed) {
+        announceFault(tr("This medium holds nothing that can be played."));
+        state = Error;
+    }
+    // libvlc announces the end twice; once is what the scene may act on.
+    if (m_state.exchange(state) != state)
+        emit vlcStateChanged(state);
+}
+
+void KVlcPlayerQml::announceFault(const QString &fault)
+{
+    emit errorStringChanged(fault.isEmpty() ? QStringLiteral("Unknown Error") : fault);
 }

@@ -139,6 +139,8 @@ private:
     unsigned setupFormat(char *chroma, unsigned *width, unsigned *height, unsigned *pitches,
                          unsigned *lines);
     void handleEvent(const libvlc_event_t &event);
+    void changeState(int state);
+    void announceFault(const QString &fault);
 
     static void *onLock(void *opaque, void **planes);
     static void onUnlock(void *opaque, void *picture, void *const *planes);
@@ -153,6 +155,7 @@ private:
     std::atomic<int> m_fps{0};
     std::atomic<int> m_startupCounter{1}; ///< 1 after openFile: the first picture is withheld
     std::atomic<int> m_state{Idle};       ///< announced last for this media
+    std::atomic<bool> m_hasPlayed{false}; ///< a picture was shown, or time went by
     std::atomic<bool> m_nativeSize{false};
     std::atomic<bool> m_paintTexture{false};
     std::atomic<bool> m_stitched{false}; ///< what fileMetadata says of the writing program

@@ -167,9 +167,9 @@ TEST(Playback, QuitsAtAnyMoment)
 TEST(Playback, ReportsBadInputAndPlaysTheNextFile)
 {
     const std::pair<const char *, State> rows[] = {
-        {"truncated.mp4", State::Ended}, {"truncated.ts", State::Ended},
+        {"truncated.mp4", State::Error}, {"truncated.ts", State::Ended},
         {"resized.ts", State::Ended},    {"sound.mp4", State::Ended},
-        {"text.mp4", State::Ended},      {"empty.mp4", State::Error},
+        {"text.mp4", State::Error},      {"empty.mp4", State::Error},
         {"missing.mp4", State::Error},   {"http://127.0.0.1:9/refused.mp4", State::Error},
     };
     PlayerWindow window;
@@ -178,6 +178,8 @@ TEST(Playback, ReportsBadInputAndPlaysTheNextFile)
         window.forget();
         window.player().openFile(test::clip(input));
         EXPECT_TRUE(window.wait(last));
+        QTest::qWait(100);
+        EXPECT_EQ(window.states.last(), last) << "ended as well, it would be played again for ever";
         EXPECT_EQ(window.errors.join(QString()).isEmpty(), last != State::Error);
         EXPECT_TRUE(window.openAndShow(test::clip("long.mp4")));
     }

@@ -32,9 +32,16 @@ Item {
             var source = k_mediaPlayer.mediaSource
             k_mediaPlayer.mediaSource = ""
             k_mediaPlayer.mediaSource = source
+            mediaPlayer.play()
         } else {
-            mediaPlayer.seek(0)
+            // Asked for at the end of a media, which the service has announced but not yet left: it
+            // would stop what starts now.
+            Qt.callLater(playFromStart)
         }
+    }
+
+    function playFromStart() {
+        mediaPlayer.seek(0)
         mediaPlayer.play()
     }
 

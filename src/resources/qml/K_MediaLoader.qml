@@ -22,6 +22,7 @@ Item {
 
     function processFileSource(fileSource, clearPlaylist, error, dragAndDrop) {
         mediaPlayer.mediaSource = ""
+        videoPlayer.errorString = ""
         kView.updateTitle(fileSource)
         if (clearPlaylist)
             kGlobalObject.clearPlayList()

@@ -16,7 +16,8 @@ Base.BusyIndicatorStyle {
             source: "qrc:/QmlLib/com/vedra/kontrols/images/spinner.svg"
             color: control.Theme.colors.foreground
 
-            RotationAnimator on rotation {
+            // An animator would turn the picture below its tinting layer, which shows nothing.
+            RotationAnimation on rotation {
                 running: control.visible && control.running
                 loops: Animation.Infinite
                 duration: 900

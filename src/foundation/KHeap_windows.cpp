@@ -1,0 +1,4 @@
+#include "foundation/KHeap.h"
+
+// All threads have one heap here.
+void KHeap::ShareBetweenThreads() {}
