@@ -13,8 +13,6 @@ Q_LOGGING_CATEGORY(metadataLog, "kimage", QtWarningMsg)
 
 namespace {
 
-using MetadataText::kUnreadable;
-
 /// Looks entries up by name, the first of each outside of the thumbnail.
 class Lookup
 {

@@ -39,7 +39,7 @@ QString write(const KBitmap &bitmap)
         K_THROW(KException::TemporaryFolderFull());
     folder->RequireSpace(quint64(bitmap.byteCount()) + sizeof(Header));
 
-    const QString path = folder->FilePath(QStringLiteral("pixels-%1").arg(++number));
+    QString path = folder->FilePath(QStringLiteral("pixels-%1").arg(++number));
     const Header header{kMagic, bitmap.width(), bitmap.height(), qint32(bitmap.format())};
     QFile file(path);
     const bool written =

@@ -79,9 +79,12 @@ bool DataReference::accepts(FourCC type)
 
 void DataReference::dumpFields(const Dump &dump) const
 {
-    AtomOf::dumpFields(dump);
-    if (type != fourcc("url "))
+    if (type != fourcc("url ")) {
+        AtomOf::dumpFields(dump);
         return;
+    }
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the next class up would dump the block too.
+    MovFullAtom::dumpFields(dump);
     dump.line("URLFlag: %d", flags[2]);
     dump.line("URLLength: %d", int(data.bytes.size()));
     dump.line("URLString: %s", std::string(data.bytes.begin(), data.bytes.end()).c_str());

@@ -41,7 +41,7 @@ QString valueText(const QVariant &value)
 /// Durations and counters are told apart by a label beside their number.
 QVariant labelled(const KAnalyticsEvent &event)
 {
-    const QVariant value = event.value();
+    QVariant value = event.value();
     const bool measured = event.type() == KAnalyticsEvent::EventDuration ||
                           event.type() == KAnalyticsEvent::EventCounter;
     if (!measured || value.userType() == QMetaType::QVariantMap)

@@ -31,7 +31,7 @@ void KAnalyticsFile::setFilePath(QString filePath)
 
 QJsonObject KAnalyticsFile::readUnlocked() const
 {
-    const QJsonObject fresh{{kEvents, QJsonArray()}};
+    QJsonObject fresh{{kEvents, QJsonArray()}};
     QFile file(m_filePath);
     if (!file.exists())
         return fresh;
@@ -48,7 +48,7 @@ QJsonObject KAnalyticsFile::read() const
     // Nobody waits for another process here.
     if (!m_lock || !m_lock->tryLock(0))
         return {};
-    const QJsonObject object = readUnlocked();
+    QJsonObject object = readUnlocked();
     m_lock->unlock();
     return object;
 }

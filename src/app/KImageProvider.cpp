@@ -17,7 +17,7 @@ class Response : public QQuickImageResponse
 public:
     Response(QString path, LoadRequest request, std::shared_ptr<std::atomic<bool>> cancelled)
         : m_path(std::move(path))
-        , m_request(std::move(request))
+        , m_request(request)
         , m_cancelled(std::move(cancelled))
     {
         m_request.cancelled = m_cancelled.get();

@@ -28,6 +28,7 @@ KExceptionHandler::KExceptionHandler(const QString &dumpFolder, int,
 
 KExceptionHandler::KExceptionHandler(const QString &dumpFolder,
                                      std::unique_ptr<ReporterLauncher> launcher)
+    // NOLINTNEXTLINE(bugprone-throw-keyword-missing): a handler of exceptions, not one itself.
     : google_breakpad::ExceptionHandler(
           google_breakpad::MinidumpDescriptor(QFile::encodeName(dumpFolder).toStdString()), nullptr,
           dumped, launcher.get(), true, -1)

@@ -66,7 +66,9 @@ bool SharedMemoryThread::openBlock()
     if (!m_block.open(m_blockName))
         return false;
     m_accepted = m_reader.greet(m_block, m_block.readerHandle()) == BlockGreeting::Accepted;
-    if (!m_accepted)
+    if (m_accepted)
+        m_pollInterval = m_reader.pollInterval(m_block);
+    else
         m_block.close();
     m_idle.start();
     return m_accepted;
@@ -87,7 +89,6 @@ bool SharedMemoryThread::setUp()
     if (!m_frameTexture) {
         m_frameTexture = std::make_unique<SharedFrameTexture>();
         m_reader.setLargestTexture(SharedFrameTexture::largestTexture());
-        m_pollInterval = m_reader.pollInterval(m_block);
     }
     return true;
 }

@@ -8,7 +8,9 @@
 namespace {
 
 constexpr DWORD kYv12 = MAKEFOURCC('Y', 'V', '1', '2');
-constexpr DWORD kLockFlags = D3DLOCK_DISCARD | D3DLOCK_NOSYSLOCK;
+// Only dynamic surfaces may be locked for discarding; this one is written all the same, since no
+// copy of it is kept in step.
+constexpr DWORD kLockFlags = D3DLOCK_READONLY | D3DLOCK_NOSYSLOCK;
 constexpr GLenum kReadOnly = 0; // WGL_ACCESS_READ_ONLY_NV
 
 void complain(const char *text)

@@ -1,6 +1,6 @@
 #include "video/FormatChoice.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 // Padding, cropping and scalable streams stay far below this.
@@ -20,7 +20,7 @@ VlcPixelFormat acceptChroma(char *chroma, ChromaAnswer *answer)
         *answer = known ? ChromaAnswer::Kept : ChromaAnswer::Replaced;
     if (known)
         return format;
-    std::memcpy(chroma, "BGRA", 4);
+    std::copy_n("BGRA", 4, chroma);
     return VlcPixelFormat::Bgra;
 }
 

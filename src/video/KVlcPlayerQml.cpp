@@ -12,7 +12,7 @@
 #include <QPainter>
 #include <QQuickWindow>
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
@@ -87,6 +87,10 @@ void KVlcPlayerQml::openFile(const QUrl &url)
             libvlc_media_player_set_media(m_mediaPlayer.get(), m_media.get());
         }
         m_hasPlayed = false;
+        // A last picture of the old media may have come until then.
+        m_startupCounter = 1;
+        if (m_textureId != 0)
+            setTextureId(0);
         libvlc_media_player_play(m_mediaPlayer.get());
         if (VlcConfig::current().audioDelay != 0)
             updateAudioDelay();
@@ -356,7 +360,7 @@ unsigned KVlcPlayerQml::setupFormat(char *chroma, unsigned *width, unsigned *hei
     if (!announced)
         return 0;
     if (announced->format == VlcPixelFormat::Bgra)
-        std::memcpy(chroma, "BGRA", 4);
+        std::copy_n("BGRA", 4, chroma); // without a terminator
     *width = unsigned(request.size.width());
     *height = unsigned(request.size.height());
     for (std::size_t i = 0; i < announced->pitches.size(); ++i) {

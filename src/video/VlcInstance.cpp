@@ -39,6 +39,7 @@ libvlc_instance_t *vlcInstance()
     for (const QString &argument : vlcInstanceArguments(VlcConfig::current()))
         texts.push_back(argument.toLatin1());
     std::vector<const char *> arguments;
+    arguments.reserve(texts.size());
     for (const QByteArray &text : texts)
         arguments.push_back(text.constData());
     instance.handle.reset(libvlc_new(int(arguments.size()), arguments.data()));

@@ -102,7 +102,7 @@ QUrl MergedTheme::styleFile(const QString &type, const QStringList &classNames) 
     for (const QString &className : classNames) {
         if (!isPlainName(className))
             continue;
-        const QUrl file = existingFile(m_styleFolders, type + QLatin1Char('_') + className);
+        QUrl file = existingFile(m_styleFolders, type + QLatin1Char('_') + className);
         if (!file.isEmpty())
             return file;
     }

@@ -13,7 +13,7 @@ QString controlName(const QObject *object, const theme::MergedTheme &theme)
 {
     for (const QMetaObject *type = object->metaObject(); type; type = type->superClass()) {
         const QString className = QString::fromLatin1(type->className());
-        const QString name = className.section(QLatin1String("_QML"), 0, 0).toLower();
+        QString name = className.section(QLatin1String("_QML"), 0, 0).toLower();
         if (theme.hasSection(name))
             return name;
     }

@@ -14,7 +14,6 @@ Item {
     property var playerImage
 
     readonly property bool headsetActivated: headset !== null && headset.activated
-    readonly property bool bouncing: bounce.running
     property point place
 
     signal optionsRequested()

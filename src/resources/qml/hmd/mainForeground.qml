@@ -16,7 +16,6 @@ Item {
     readonly property color accent: Theme.colors.selection
 
     property real progression: 0
-    property alias ringVisible: ring.visible
 
     width: 4000
     height: 2000
