@@ -422,12 +422,12 @@ void KVlcPlayerQml::updateTexture()
     const auto name = m_pipeline.unlock();
     if (!name)
         return;
+    m_hasPlayed = true;
     // The first picture of a media is withheld: the view keeps what it had until the second.
     if (m_startupCounter <= 1) {
         ++m_startupCounter;
         return;
     }
-    m_hasPlayed = true;
     setTextureId(int(*name));
     if (m_paintTexture)
         QMetaObject::invokeMethod(

@@ -155,7 +155,7 @@ private:
     std::atomic<int> m_fps{0};
     std::atomic<int> m_startupCounter{1}; ///< 1 after openFile: the first picture is withheld
     std::atomic<int> m_state{Idle};       ///< announced last for this media
-    std::atomic<bool> m_hasPlayed{false}; ///< a picture was shown, or time went by
+    std::atomic<bool> m_hasPlayed{false}; ///< a picture came, or time went by
     std::atomic<bool> m_nativeSize{false};
     std::atomic<bool> m_paintTexture{false};
     std::atomic<bool> m_stitched{false}; ///< what fileMetadata says of the writing program
