@@ -63,6 +63,7 @@ Item {
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignHCenter
             color: "white"
+            font.family: Theme.fonts.mainFont.family
             font.pixelSize: 14
         }
         Row {

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 
 // Warns of the edge of the tracker's zone that the hand is leaving, at the same edge of the window.
 Item {
@@ -28,6 +29,7 @@ Item {
                 anchors.centerIn: parent
                 color: "white"
                 textFormat: Text.PlainText
+                font.family: Theme.fonts.mainFont.family
                 font.pixelSize: 14
             }
         }

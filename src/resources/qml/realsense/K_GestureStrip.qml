@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 import Orbilens 1.0
 
 // The camera's picture and below it the gestures it knows; one lights up when it is seen.
@@ -76,6 +77,7 @@ Rectangle {
                     text: modelData.text
                     textFormat: Text.PlainText
                     color: "white"
+                    font.family: Theme.fonts.mainFont.family
                     font.pixelSize: 14
                 }
             }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import com.vedra.kontrols 1.0
 import Orbilens 1.0
 import "../lib.js" as Lib
 
@@ -69,6 +70,7 @@ Item {
                 : ""
             textFormat: Text.PlainText
             color: "white"
+            font.family: Theme.fonts.mainFont.family
             font.pixelSize: 18
         }
         Rectangle {
@@ -103,6 +105,7 @@ Item {
             text: qsTr("Volume %1 %").arg(root.loader ? Math.round(root.loader.volume * 100) : 0)
             textFormat: Text.PlainText
             color: "white"
+            font.family: Theme.fonts.mainFont.family
             font.pixelSize: 24
         }
         SequentialAnimation {
