@@ -174,22 +174,20 @@ bool WorkerThreadVR::checkHmdMode(bool detected)
 {
     // Settings and message boxes belong to the GUI thread, which may itself be waiting for this
     // thread to end: stop() wakes this wait.
-    {
-        const std::lock_guard<std::mutex> lock(m_sleepLock);
-        m_goesOn.reset();
-    }
+    m_modeAnswer = ModeAnswer::None;
     QMetaObject::invokeMethod(
         this,
         [this, detected] {
             const bool goesOn = !m_hmd->agreeOnMode(detected);
             const std::lock_guard<std::mutex> lock(m_sleepLock);
-            m_goesOn = goesOn;
+            m_modeAnswer = goesOn ? ModeAnswer::GoesOn : ModeAnswer::Ends;
             m_wake.notify_all();
         },
         Qt::QueuedConnection);
     std::unique_lock<std::mutex> lock(m_sleepLock);
-    m_wake.wait(lock, [this] { return m_goesOn || isInterruptionRequested(); });
-    return m_goesOn.value_or(false);
+    m_wake.wait(lock,
+                [this] { return m_modeAnswer != ModeAnswer::None || isInterruptionRequested(); });
+    return m_modeAnswer == ModeAnswer::GoesOn;
 }
 
 void WorkerThreadVR::announceDevice()

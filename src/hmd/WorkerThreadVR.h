@@ -21,7 +21,6 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <optional>
 
 class Application;
 class HeadsetInterface;
@@ -156,8 +155,11 @@ private:
 
     std::mutex m_sleepLock; // the standard one, which the thread sanitizer sees
     std::condition_variable m_wake;
-    bool m_woken = false;         // under m_sleepLock, as is the next
-    std::optional<bool> m_goesOn; // the GUI thread's answer on the mode
+    bool m_woken = false; // under m_sleepLock
+    // The GUI thread's word on the mode. Set under m_sleepLock too; atomic, since the sanitizer
+    // does not see that a wait inside the standard library gives the lock away.
+    enum class ModeAnswer { None, GoesOn, Ends };
+    std::atomic<ModeAnswer> m_modeAnswer{ModeAnswer::None};
     std::atomic<bool> m_gazeQueued{false};
     std::atomic<bool> m_tapQueued{false};
 

@@ -16,7 +16,7 @@ QString snapshotFileName(SnapshotKind kind, const QDateTime &time)
 
 QString snapshotFolder(const QString &setting)
 {
-    const QString folder = QUrl(setting).toLocalFile();
+    QString folder = QUrl(setting).toLocalFile();
     if (!folder.isEmpty())
         return folder;
     if (QDir::isAbsolutePath(setting))
