@@ -36,7 +36,8 @@ def collect(paths):
 
 def main(paths):
     results = collect(paths)
-    print(f"{'subject':<16}{'variant':<20}{'time':>12}{'ratio':>8}{'limit':>8}  further counters")
+    print(f"{'subject':<22}{'variant':<20}{'time':>12}{'ratio':>8}{'limit':>8}  {'':<10}"
+          "further counters")
     exceeded = 0
     for (subject, variant), entry in sorted(results.items()):
         baseline = results.get((subject, "baseline"))
@@ -45,11 +46,12 @@ def main(paths):
         allocations = "allocations/frame"
         too_slow = limit is not None and ratio > limit
         too_many = baseline and entry.get(allocations, 0) > baseline.get(allocations, 0)
-        verdict = "  EXCEEDED" if too_slow or too_many else ""
-        exceeded += bool(verdict)
+        exceeded += bool(too_slow or too_many)
+        bounded = limit is not None or (baseline and allocations in baseline)
+        verdict = "EXCEEDED" if too_slow or too_many else "met" if bounded else ""
         rest = ", ".join(f"{k} {v:g}" for k, v in entry.items() if k not in ("time", "limit"))
-        print(f"{subject:<16}{variant:<20}{entry['time'] * 1e3:>9.3f} ms{ratio:>8.2f}"
-              f"{'' if limit is None else format(limit, '.2f'):>8}  {rest}{verdict}")
+        print(f"{subject:<22}{variant:<20}{entry['time'] * 1e3:>9.3f} ms{ratio:>8.2f}"
+              f"{'' if limit is None else format(limit, '.2f'):>8}  {verdict:<10}{rest}")
     return 1 if exceeded else 0
 
 

@@ -1,5 +1,6 @@
 # Sourced by the scripts that need a screen where there may be none.
-# start_display: an X server of our own on a free display, ended when the script ends.
+# start_display [SIZE [XVFB OPTIONS...]]: an X server of our own on a free display, ended when the
+# script ends.
 # quiet_environment: what Qt and libvlc need on a machine with no session and no sound device.
 
 headless_folder=$(mktemp -d)
@@ -25,7 +26,7 @@ quiet_environment() {
 
 start_display() {
   local size=${1:-3840x2160x24}
-  Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp 3>"$headless_folder/display" 2>"$headless_folder/xvfb.log" &
+  Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp "${@:2}" 3>"$headless_folder/display" 2>"$headless_folder/xvfb.log" &
   headless_server=$!
   for _ in $(seq 100); do
     [ -s "$headless_folder/display" ] && break
