@@ -1,5 +1,6 @@
 // The picture: the generated shader against a bare equirectangular one on the same context, and
-// what paint() allocates against an item that only does what the toolkit asks of every item.
+// what paint() allocates against an item that only does what the toolkit asks of every item; and a
+// frame that serves a snapshot against one that draws as often and reads back.
 
 #include "app/Application.h"
 #include "app/KGlobalObject.h"
@@ -19,6 +20,7 @@
 #include <QOpenGLFunctions>
 #include <QOpenGLPaintDevice>
 #include <QPainter>
+#include <QThreadPool>
 
 #include <cstdlib>
 
@@ -86,6 +88,8 @@ public:
 
     /// Binds the target before the first frame of a benchmark.
     void begin() { m_target->bind(); }
+
+    QImage read() const { return m_target->toImage(false); }
 
 private:
     QOffscreenSurface m_surface;
@@ -195,6 +199,68 @@ void paintView(benchmark::State &state)
     countAllocations(state, [&](QPainter *painter) { view.paint(painter); });
 }
 
+/// The view with a picture of a medium, which is what there is to take a snapshot of.
+class SnapshotScene
+{
+public:
+    SnapshotScene()
+    {
+        auto *application = static_cast<Application *>(qApp);
+        application->textureProvider()->setTextureId(int(Stage::instance().texture()));
+        m_player.setProperty("mediaSource", QStringLiteral("still.jpg"));
+        m_loader.setProperty("mediaPlayer", QVariant::fromValue(&m_player));
+        application->globalObject()->setMediaLoader(&m_loader);
+        m_view.setSize(kFrame);
+        m_view.init(application);
+        paint();
+    }
+    ~SnapshotScene() { static_cast<Application *>(qApp)->globalObject()->setMediaLoader(nullptr); }
+
+    void request() { m_view.setPrintScreenRequested(int(SnapshotKind::Snap)); }
+    void paint()
+    {
+        Stage::instance().begin();
+        QOpenGLPaintDevice device(kFrame);
+        QPainter painter(&device);
+        m_view.paint(&painter);
+    }
+
+private:
+    QObject m_player;
+    QObject m_loader;
+    OrbilensView m_view;
+};
+
+void frameAndReadback(benchmark::State &state)
+{
+    SnapshotScene scene;
+    for (auto _ : state) {
+        scene.paint();
+        scene.paint(); // the snapshot's own picture
+        Stage::instance().begin();
+        benchmark::DoNotOptimize(Stage::instance().read());
+    }
+}
+
+void frameWithSnapshot(benchmark::State &state)
+{
+    SnapshotScene scene;
+    for (auto _ : state) {
+        state.PauseTiming();
+        QThreadPool::globalInstance()->waitForDone(); // the files of those before
+        scene.request();
+        state.ResumeTiming();
+        scene.paint();
+        Stage::instance().functions()->glFinish();
+    }
+    state.counters[kLimit] = 1.15;
+}
+
+BENCHMARK(frameAndReadback)
+    ->Name("snapshot/baseline")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK(frameWithSnapshot)->Name("snapshot/frame")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(bareShader)->Name("shader/baseline")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(mainShader, rectilinear, KShaderCodeBuilder::RECTILINEAR)
     ->Name("shader/rectilinear")

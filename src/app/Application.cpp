@@ -9,6 +9,7 @@
 #include "app/KGlobalObject.h"
 #include "app/KImageProvider.h"
 #include "app/KQQuickView.h"
+#include "app/MediaChoice.h"
 #include "app/OpenGLFlavour.h"
 #include "app/StillOptions.h"
 #include "foundation/KVersion.h"
@@ -298,6 +299,11 @@ void Application::provideStills()
     provider->setOptions(m_stillOptions->options());
     connect(m_stillOptions.get(), &StillOptions::optionsChanged, m_view.get(),
             [this, stills = provider.get()] { stills->setOptions(m_stillOptions->options()); });
+    // By the time the scene asks for the still of this start, it may be there; and without one the
+    // libraries are ready by then.
+    const QStringList files = option(QStringLiteral("files")).toStringList();
+    provider->expect(files.isEmpty() ? QString()
+                                     : MediaChoice::urlFromText(files.first()).toLocalFile());
     m_view->engine()->addImageProvider(KImageProvider::Name(), provider.release());
 }
 

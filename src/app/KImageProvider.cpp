@@ -1,13 +1,64 @@
 #include "app/KImageProvider.h"
 
+#include "KImage/ImageFormats.h"
 #include "KImage/ImageLimits.h"
 #include "KImage/ImageLoadGuard.h"
+#include "KImage/ImageLoader.h"
 #include "KImage/KImage.h"
 #include "foundation/KSignalStack.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
+
+namespace {
+
+// Any driver takes textures of this size, so that the expected picture need not wait for the limit.
+constexpr int kCertainSide = 8192;
+
+bool fits(const QSize &size, const QSize &limit)
+{
+    return limit.isEmpty() || (size.width() <= limit.width() && size.height() <= limit.height());
+}
+
+} // namespace
+
+/// A picture decoded before it was asked for, at its full size, on the thread that decodes one
+/// thing at a time: a request of the scene comes after it.
+struct ExpectedStill
+{
+    QString path;
+    LoadRequest request;
+    std::shared_ptr<std::atomic<bool>> cancelled; ///< what the request points to
+    QDateTime modified;
+    QImage image; ///< null when there was nothing to decode
+
+    void load()
+    {
+        const QString suffix = QFileInfo(path).suffix().toLower();
+        if (*request.cancelled || !ImageFormats::pictureSuffixes().contains(suffix))
+            return;
+        const KSignalStack signalStack;
+        try {
+            const ImageLoadGuard guard("KImageProvider");
+            modified = QFileInfo(path).lastModified();
+            ImageInfo info;
+            if (ImageLoader::describe(path, info) == ImageError::None &&
+                fits(info.size, {kCertainSide, kCertainSide}))
+                image = KImage::Read(path, request).takeImage();
+        } catch (const KException &) {
+            // The scene's own request will say what is wrong.
+        }
+    }
+
+    bool answers(const QString &other, const LoadRequest &asked) const
+    {
+        return !image.isNull() && other == path && asked.raw == request.raw &&
+               fits(image.size(), asked.limit) && QFileInfo(path).lastModified() == modified;
+    }
+};
 
 namespace {
 
@@ -15,24 +66,23 @@ namespace {
 class Response : public QQuickImageResponse
 {
 public:
-    Response(QString path, LoadRequest request, std::shared_ptr<std::atomic<bool>> cancelled)
+    Response(QString path, LoadRequest request, std::shared_ptr<std::atomic<bool>> cancelled,
+             std::shared_ptr<ExpectedStill> expected)
         : m_path(std::move(path))
         , m_request(request)
         , m_cancelled(std::move(cancelled))
+        , m_expected(std::move(expected))
     {
         m_request.cancelled = m_cancelled.get();
     }
 
     void load()
     {
-        const KSignalStack signalStack; // decoders of foreign files recurse
-        try {
-            const ImageLoadGuard guard("KImageProvider");
-            if (!*m_cancelled)
-                m_image = KImage::Read(m_path, m_request).takeImage();
-        } catch (const KException &error) {
-            m_error = error.message;
-        }
+        if (m_expected && m_expected->answers(m_path, m_request))
+            m_image = std::move(m_expected->image);
+        else
+            read();
+        m_expected.reset();
         emit finished();
     }
 
@@ -44,9 +94,22 @@ public:
     void cancel() override { *m_cancelled = true; }
 
 private:
+    void read()
+    {
+        const KSignalStack signalStack; // decoders of foreign files recurse
+        try {
+            const ImageLoadGuard guard("KImageProvider");
+            if (!*m_cancelled)
+                m_image = KImage::Read(m_path, m_request).takeImage();
+        } catch (const KException &error) {
+            m_error = error.message;
+        }
+    }
+
     QString m_path;
     LoadRequest m_request;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
+    std::shared_ptr<ExpectedStill> m_expected;
     QImage m_image;
     QString m_error;
 };
@@ -97,24 +160,48 @@ void KImageProvider::setOptions(const ImageOptions &options)
     m_options = options;
 }
 
+std::shared_ptr<KImageProvider::Flag> KImageProvider::newFlag()
+{
+    m_running.erase(std::remove_if(m_running.begin(), m_running.end(),
+                                   [](const auto &flag) { return flag.expired(); }),
+                    m_running.end());
+    const auto flag = std::make_shared<Flag>(false);
+    m_running.append(flag);
+    return flag;
+}
+
+void KImageProvider::expect(const QString &path)
+{
+    const auto expected = std::make_shared<ExpectedStill>();
+    expected->path = path;
+    expected->request.format = PixelFormat::Bgra8Premultiplied;
+    {
+        const QMutexLocker lock(&m_mutex);
+        expected->request.raw = m_options.raw;
+        expected->cancelled = newFlag();
+        expected->request.cancelled = expected->cancelled.get();
+        m_expected = expected;
+    }
+    m_pool.start(QRunnable::create([expected] { expected->load(); }));
+}
+
 QQuickImageResponse *KImageProvider::requestImageResponse(const QString &id,
                                                           const QSize &requestedSize)
 {
-    const auto cancelled = std::make_shared<Flag>(false);
     LoadRequest request;
     request.limit = limitOf(requestedSize);
     request.format = PixelFormat::Bgra8Premultiplied;
+    std::shared_ptr<Flag> cancelled;
+    std::shared_ptr<ExpectedStill> expected;
     {
         const QMutexLocker lock(&m_mutex);
         request.raw = m_options.raw;
-        m_running.erase(std::remove_if(m_running.begin(), m_running.end(),
-                                       [](const auto &flag) { return flag.expired(); }),
-                        m_running.end());
-        m_running.append(cancelled);
+        cancelled = newFlag();
+        expected.swap(m_expected); // of use to the first request only
     }
     const QString encoded = id.section(QLatin1Char('?'), 0, 0);
     const QUrl url(QUrl::fromPercentEncoding(encoded.toUtf8()));
-    auto *response = new Response(pathOf(url), request, cancelled);
+    auto *response = new Response(pathOf(url), request, cancelled, std::move(expected));
     m_pool.start(QRunnable::create([response] { response->load(); }));
     return response;
 }

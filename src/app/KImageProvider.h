@@ -15,6 +15,8 @@
 #include <atomic>
 #include <memory>
 
+struct ExpectedStill;
+
 class KImageProvider : public QQuickAsyncImageProvider
 {
 public:
@@ -28,6 +30,10 @@ public:
     /// For pictures asked for from now on; any thread.
     void setOptions(const ImageOptions &options);
 
+    /// Begins to decode a still before the scene asks for it: the one that the program is started
+    /// with, while the scene is being loaded. Anything that is no still is left alone.
+    void expect(const QString &path);
+
     /// Decodes at a size that fits into @p requestedSize where both of its sides are positive, or
     /// into the one that is; never larger than the picture is.
     QQuickImageResponse *requestImageResponse(const QString &id,
@@ -36,8 +42,12 @@ public:
 private:
     using Flag = std::atomic<bool>;
 
-    QMutex m_mutex; ///< of the two below
+    /// With the mutex held.
+    std::shared_ptr<Flag> newFlag();
+
+    QMutex m_mutex; ///< of the three below
     ImageOptions m_options;
     QVector<std::weak_ptr<Flag>> m_running;
+    std::shared_ptr<ExpectedStill> m_expected; ///< its contents belong to the decoding thread
     QThreadPool m_pool;
 };

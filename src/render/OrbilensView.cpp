@@ -116,7 +116,11 @@ void OrbilensView::attachWindow(QQuickWindow *window)
     if (!window)
         return;
     connect(window, &QWindow::screenChanged, this, &OrbilensView::computeViewportParameters);
-    connect(window, &QQuickWindow::frameSwapped, this, [this] { update(); });
+    // Hidden it is not painted, and the start screen need not be drawn for its sake.
+    connect(window, &QQuickWindow::frameSwapped, this, [this] {
+        if (isVisible())
+            update();
+    });
     connect(window, &QQuickWindow::sceneGraphInvalidated, this, &OrbilensView::releaseGraphics,
             Qt::DirectConnection);
 }

@@ -51,6 +51,18 @@ TEST(ImageProvider, DecodesAtTheRequestedSizeAndReportsErrors)
         EXPECT_EQ(image.format(), QImage::Format_ARGB32_Premultiplied);
         EXPECT_EQ(image.pixelColor(1, 1), QColor(255, 128, 0));
     }
+    // Whatever was decoded ahead: the answer is that of the file and of the size asked for.
+    for (const auto &row : rows) {
+        provider.expect(path);
+        QString error;
+        EXPECT_EQ(answer(provider, id, row.requested, error).size(), row.expected);
+    }
+    provider.expect(path);
+    ASSERT_TRUE(QFile::remove(path));
+    {
+        QString error;
+        EXPECT_TRUE(answer(provider, id, QSize(), error).isNull());
+    }
     QString error;
     EXPECT_TRUE(answer(provider, "file:///absent.jpg", QSize(), error).isNull());
     EXPECT_TRUE(error.contains("GFL_ERROR_FILE_OPEN")) << error.toStdString();

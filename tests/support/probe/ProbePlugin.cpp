@@ -4,14 +4,14 @@
 //
 // Reads commands from standard input, a line each, and answers each with a line:
 //   get                 camera, stereo mode and player as a JSON object; null before there is a
-//   set WHERE NAME JSON a property of "view", "builder", "player", "loader" or "headset"; answers ok
-//   headset             the headset's kind, log and numbers as a JSON object
-//   call NAME [TEXT]    an invokable function of kGlobalObject with at most one text
-//   loader NAME [NUMBER] a function of the scene's media loader
-//   pixel X Y           colour on the screen at a fraction of the window's size
-//   first-frame         when the window first showed something, in nanoseconds of the steady clock
-//   trace               from now on "yaw NANOSECONDS VALUE" at each change of the rotation
-//   sweep COUNT MS      turns the camera by steps of a thousandth of a radian; with trace
+//   set WHERE NAME JSON a property of "view", "builder", "player", "loader" or "headset"; answers
+//   ok headset             the headset's kind, log and numbers as a JSON object call NAME [TEXT] an
+//   invokable function of kGlobalObject with at most one text loader NAME [NUMBER] a function of
+//   the scene's media loader pixel X Y           colour on the screen at a fraction of the window's
+//   size first-frame         when the window first showed something, in nanoseconds of the steady
+//   clock picture-frame       when it first showed a medium's picture, likewise; 0 until then trace
+//   from now on "yaw NANOSECONDS VALUE" at each change of the rotation sweep COUNT MS      turns
+//   the camera by steps of a thousandth of a radian; with trace
 
 #include <QGenericPlugin>
 #include <QGuiApplication>
@@ -79,6 +79,17 @@ public:
                 [this] {
                     if (m_firstFrame == 0)
                         m_firstFrame = nanoseconds();
+                    if (m_pictureFrame == 0 && m_drawsPicture)
+                        m_pictureFrame = nanoseconds();
+                },
+                Qt::DirectConnection);
+            // The view is drawn after this, with the picture that is there now.
+            connect(
+                window, &QQuickWindow::beforeRendering, window,
+                [this] {
+                    const QObject *provider =
+                        m_pictureFrame == 0 ? context("kTextureProvider") : nullptr;
+                    m_drawsPicture = provider && provider->property("textureId").toInt() > 0;
                 },
                 Qt::DirectConnection);
             qApp->removeEventFilter(this);
@@ -174,6 +185,8 @@ private:
         }
         if (words.first() == "first-frame")
             return QByteArray::number(m_firstFrame);
+        if (words.first() == "picture-frame")
+            return QByteArray::number(m_pictureFrame);
         if (words.first() == "trace") {
             connect(view(), SIGNAL(rotationMatrixChanged()), this, SLOT(traceRotation()));
             return "ok";
@@ -244,7 +257,9 @@ private:
     QByteArray m_pending;
     QTimer m_sweep;
     int m_steps = 0;
-    std::atomic<qint64> m_firstFrame{0}; // written by the thread that draws
+    std::atomic<qint64> m_firstFrame{0}; // written by the thread that draws, like the two below
+    std::atomic<qint64> m_pictureFrame{0};
+    std::atomic<bool> m_drawsPicture{false};
 };
 
 class ProbePlugin : public QGenericPlugin
