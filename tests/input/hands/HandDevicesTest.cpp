@@ -334,7 +334,7 @@ TEST_F(HandDevices, WithAHeadsetEachEyeSeesTheHandsAndTheChairTurns)
                       "    property string logMessage\n"
                       "    property point lensCenterLeft: Qt.point(0.25, 0.5)\n"
                       "    property point lensCenterRight: Qt.point(0.75, 0.5)\n"
-                      "    function sdkType() { return 'OpenVR' }\n"
+                      "    function sdkType() { return 'openvr' }\n"
                       "    function isSupported() { return true }\n"
                       "}\n",
                       {});
