@@ -407,6 +407,9 @@ TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
     const QString pictures = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/");
     EXPECT_TRUE(QDir().mkpath(pictures));
     EXPECT_TRUE(view->grabWindow().save(pictures + "update.png"));
+    // A dialog of an earlier test has taken the focus, and here no window manager gives it back.
+    view->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(view, 5000));
     QTest::keyClick(view, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return item("changeLog") == nullptr; }, 5000));
     EXPECT_EQ(updates->requests.size(), 2);
