@@ -243,7 +243,9 @@ bool OrbilensView::drawFrame(QOpenGLFunctions *functions)
     clearTarget(functions);
     const KTextureProvider *provider = m_application->textureProvider();
     const int texture = provider ? provider->textureId() : 0;
-    if (texture <= 0)
+    // A film that ends takes its texture away before its last word reaches the provider, and to
+    // bind the name of a deleted texture would make a new one that nobody deletes.
+    if (texture <= 0 || !functions->glIsTexture(GLuint(texture)))
         return false;
     if (!m_application->globalObject() || !m_application->shaderBuilder())
         return false;
