@@ -69,7 +69,7 @@ Item {
         objectName: "windowGuard"
         anchors.fill: parent
         enabled: root.opened
-        hoverEnabled: true
+        hoverEnabled: root.opened // a disabled one would still keep the hover from all below it
         acceptedButtons: Qt.AllButtons
         onClicked: root.manager.activated = false
         onWheel: wheel.accepted = true
