@@ -289,7 +289,8 @@ void WorkerThreadVR::renderEye(int eye)
         rebuildPrograms();
     const KTextureProvider *provider = m_application->textureProvider();
     const int texture = provider ? provider->textureId() : 0;
-    if (texture <= 0 || !m_panorama)
+    // A film that ends takes its texture away before its last word reaches the provider.
+    if (texture <= 0 || !functions->glIsTexture(GLuint(texture)) || !m_panorama)
         return;
 
     QMatrix4x4 pose;

@@ -129,8 +129,7 @@ TEST(Golden, FieldsStandWhereTheFormatPutsThem)
              "#TextFont: 1|TextFace: 2|TextSize: 3|Reserved: 4|TextColor: 5 6 7|"
              "BackgroundColor: 8 9 10|TextName: AB"},
             {"ovmd", reads<OVMFHandlerAtom>(), "00000009", "Reserved: 9"},
-            {"url ", reads<DataReference>(), "4142",
-             "#URLFlag: 4|URLLength: 2|URLString: AB"},
+            {"url ", reads<DataReference>(), "4142", "#URLFlag: 4|URLLength: 2|URLString: AB"},
             {"stsz", reads<SampleSizeAtom>(), "00000000 00000002 00000003 00000004",
              "#SampleSize: 0|NumberOfEntries: 2|SampleSizeTable: |0000000003  0000000004  "},
             {"stsz", reads<SampleSizeAtom>(), "00000009 ffffffff",
