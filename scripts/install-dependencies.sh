@@ -27,7 +27,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   ffmpeg libavformat-dev g++-mingw-w64-x86-64-posix
   xdotool openbox python3
-  exiv2 libimage-exiftool-perl libvips-tools libomp-14-dev openssl
+  exiv2 libimage-exiftool-perl libvips-tools libomp-14-dev openssl dbus-daemon
 )
 package_packages=(
   appstream desktop-file-utils libxml2-utils man-db librsvg2-bin dpkg-dev file debootstrap dbus

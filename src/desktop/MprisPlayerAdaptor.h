@@ -1,6 +1,6 @@
 #pragma once
 
-// What plays and how, on the session's bus (MPRIS D-Bus Interface Specification 2.2,
+// What plays and how, on the session's bus (MPRIS D-Bus Interface 2.2,
 // org.mpris.MediaPlayer2.Player). Times there are microseconds. A child of the object that
 // MprisService registers; GUI thread.
 

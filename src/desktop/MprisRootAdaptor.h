@@ -1,6 +1,6 @@
 #pragma once
 
-// The player as a program on the session's bus (MPRIS D-Bus Interface Specification 2.2,
+// The player as a program on the session's bus (MPRIS D-Bus Interface 2.2,
 // org.mpris.MediaPlayer2). A child of the object that MprisService registers; GUI thread.
 
 #include "desktop/PlayerControls.h"

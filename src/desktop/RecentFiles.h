@@ -20,7 +20,7 @@ struct RecentFile
 };
 
 /// The document @p existing (empty for none) of the list with @p file added to it, or renewed
-/// where it stands in it (Desktop Bookmark Specification of freedesktop.org, an application of
+/// where it stands in it (Desktop Bookmarks of freedesktop.org, an application of
 /// XBEL 1.0). Everything else in it is kept. Nothing when @p existing is no such document.
 [[nodiscard]] std::optional<QByteArray> withRecentFile(const QByteArray &existing,
                                                        const RecentFile &file);
