@@ -41,7 +41,14 @@ Desktop::Desktop(const QSize &size)
     m_windowManager.setProcessEnvironment(environment(m_folder.path()));
     m_windowManager.setProcessChannelMode(QProcess::MergedChannels);
     m_windowManager.start(QStringLiteral("openbox"), QStringList());
-    m_windowManager.waitForStarted(kPatienceMs);
+    // A window that comes before the manager has begun never gets the focus.
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < kPatienceMs &&
+           !run(QStringLiteral("xprop"),
+                {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                .contains(QLatin1String("window id")))
+        QThread::msleep(20);
 }
 
 Desktop::~Desktop()
@@ -65,13 +72,18 @@ QProcessEnvironment Desktop::environment(const QString &home) const
     return environment;
 }
 
-QString Desktop::xdotool(const QStringList &arguments) const
+QString Desktop::run(const QString &program, const QStringList &arguments) const
 {
     QProcess tool;
     tool.setProcessEnvironment(environment(m_folder.path()));
-    tool.start(QStringLiteral("xdotool"), arguments);
+    tool.start(program, arguments);
     tool.waitForFinished(kPatienceMs);
     return QString::fromLatin1(tool.readAllStandardOutput()).trimmed();
+}
+
+QString Desktop::xdotool(const QStringList &arguments) const
+{
+    return run(QStringLiteral("xdotool"), arguments);
 }
 
 QString Desktop::windowOf(const QProcess &program) const
@@ -95,10 +107,7 @@ QImage Desktop::screenshot(const QString &name) const
                            qEnvironmentVariable("QSG_RENDER_LOOP", QStringLiteral("default"));
     QDir().mkpath(folder);
     const QString path = QStringLiteral("%1/%2.png").arg(folder, name);
-    QProcess tool;
-    tool.setProcessEnvironment(environment(m_folder.path()));
-    tool.start(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), path});
-    tool.waitForFinished(kPatienceMs);
+    run(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), path});
     return QImage(path);
 }
 

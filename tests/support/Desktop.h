@@ -18,7 +18,7 @@ QByteArray complaints(const QByteArray &output);
 class Desktop
 {
 public:
-    /// Starts the X server; valid() tells whether it runs.
+    /// Starts the X server and waits for the window manager; valid() tells whether it runs.
     explicit Desktop(const QSize &size = {1280, 800});
     ~Desktop();
     Desktop(const Desktop &) = delete;
@@ -39,6 +39,8 @@ public:
     QImage screenshot(const QString &name) const;
 
 private:
+    QString run(const QString &program, const QStringList &arguments) const;
+
     QTemporaryDir m_folder;
     QProcess m_server;
     QProcess m_windowManager;
