@@ -159,17 +159,3 @@ BENCHMARK(mainView)->Name("headset/baseline")->Unit(benchmark::kMillisecond)->Us
 BENCHMARK(eye)->Name("headset/eye")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
-    Application application(QStringLiteral("bench"), argc, argv);
-    application.setTextureProvider(std::make_unique<KTextureProvider>(&application, true, false));
-    application.setGlobalObject(std::make_unique<KGlobalObject>(&application));
-    application.setShaderBuilder(std::make_unique<KShaderCodeBuilder>(&application));
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

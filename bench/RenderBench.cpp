@@ -293,17 +293,3 @@ extern "C" void *realloc(void *block, size_t size)
     ++allocations;
     return __libc_realloc(block, size);
 }
-
-int main(int argc, char **argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
-    Application application(QStringLiteral("bench"), argc, argv);
-    application.setTextureProvider(std::make_unique<KTextureProvider>(&application, true, false));
-    application.setGlobalObject(std::make_unique<KGlobalObject>(&application));
-    application.setShaderBuilder(std::make_unique<KShaderCodeBuilder>(&application));
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

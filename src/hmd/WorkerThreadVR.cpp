@@ -80,8 +80,8 @@ void WorkerThreadVR::takeScene()
 bool WorkerThreadVR::showsWholeSphere() const
 {
     const KGlobalObject *state = m_application->globalObject();
-    return state && state->yawMin() == -CameraMath::kPi && state->yawMax() == CameraMath::kPi &&
-           state->pitchMin() == -CameraMath::kPi / 2 && state->pitchMax() == CameraMath::kPi / 2;
+    return state && CameraMath::isWholeSphere(state->yawMin(), state->yawMax(), state->pitchMin(),
+                                              state->pitchMax());
 }
 
 void WorkerThreadVR::dirtyShader()

@@ -23,6 +23,12 @@ constexpr float kPi = 3.14159265358979323846F;
 constexpr float kTwoPi = 2 * kPi;
 constexpr float kDegToRad = 0.0174533F;
 
+/// Whether a picture with this extent, in radians, leaves no direction out.
+constexpr bool isWholeSphere(float yawMin, float yawMax, float pitchMin, float pitchMax)
+{
+    return yawMin == -kPi && yawMax == kPi && pitchMin == -kPi / 2 && pitchMax == kPi / 2;
+}
+
 /// @p angle brought into [-pi, pi); pi itself becomes -pi. A value that is no number gives 0.
 float wrapAngle(float angle);
 

@@ -263,11 +263,9 @@ bool OrbilensView::drawFrame(QOpenGLFunctions *functions)
 
 bool OrbilensView::showsWholeSphere() const
 {
-    const KGlobalObject *globalObject = m_application->globalObject();
-    return globalObject->yawMin() == -CameraMath::kPi &&
-           globalObject->yawMax() == CameraMath::kPi &&
-           globalObject->pitchMin() == -CameraMath::kPi / 2 &&
-           globalObject->pitchMax() == CameraMath::kPi / 2;
+    const KGlobalObject *state = m_application->globalObject();
+    return CameraMath::isWholeSphere(state->yawMin(), state->yawMax(), state->pitchMin(),
+                                     state->pitchMax());
 }
 
 void OrbilensView::rebuildPrograms()
