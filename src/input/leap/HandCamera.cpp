@@ -30,6 +30,13 @@ float HandCamera::limitedPitch(float pitch) const
     return std::max(camera->pitchMin(), std::min(pitch, camera->pitchMax()));
 }
 
+bool HandCamera::givesWay() const
+{
+    const KShaderCodeBuilder *shader = m_application->shaderBuilder();
+    return shader->projection() == KShaderCodeBuilder::LITTLE_PLANET &&
+           shader->projectionSource() != KShaderCodeBuilder::STANDARD;
+}
+
 void HandCamera::rememberRest(bool handsSeen)
 {
     if (handsSeen && !m_handsSeen) {
@@ -73,25 +80,26 @@ std::optional<HandCamera::Bounce> HandCamera::apply(const HandActions &actions, 
 std::optional<HandCamera::Bounce> HandCamera::movePitch(float pitch)
 {
     KGlobalObject *camera = m_application->globalObject();
-    const bool planet =
-        m_application->shaderBuilder()->projection() == KShaderCodeBuilder::LITTLE_PLANET &&
-        m_application->shaderBuilder()->projectionSource() != KShaderCodeBuilder::STANDARD;
-    if (std::abs(pitch) < kNoTurn) {
-        if (!m_pitch || m_pitchIdle < kIdle)
-            return {};
-        const float left = *m_pitch;
-        m_pitch.reset();
-        return planet && limitedPitch(left) != left ? std::optional(bounceTo(limitedPitch(left)))
-                                                    : std::nullopt;
-    }
+    if (std::abs(pitch) < kNoTurn)
+        return m_pitchIdle < kIdle ? std::nullopt : settlePitch();
     const float wanted = m_pitch.value_or(camera->pitch()) + pitch;
     const float limited = limitedPitch(wanted);
     m_pitchIdle = 0;
+    const bool planet = givesWay();
     if (planet && std::abs(wanted - limited) > kGive)
         return bounceTo(limited);
     m_pitch = planet ? wanted : limited;
     camera->interpolateValue("pitch", *m_pitch, kGlideMs);
     return {};
+}
+
+std::optional<HandCamera::Bounce> HandCamera::settlePitch()
+{
+    const std::optional<float> left = m_pitch;
+    m_pitch.reset();
+    if (!left || !givesWay() || limitedPitch(*left) == *left)
+        return {};
+    return bounceTo(limitedPitch(*left));
 }
 
 HandCamera::Bounce HandCamera::bounceTo(float pitch)
@@ -137,6 +145,18 @@ void HandCamera::moveRoll(const std::optional<float> &roll)
 void HandCamera::finishBounce()
 {
     m_bouncing.reset();
+}
+
+std::optional<HandCamera::Bounce> HandCamera::release()
+{
+    const std::optional<float> underWay = m_bouncing;
+    const bool standing = m_application->globalObject() && m_application->shaderBuilder();
+    const std::optional<Bounce> bounce = standing ? settlePitch() : std::nullopt;
+    if (!bounce) {
+        forget();
+        m_bouncing = underWay;
+    }
+    return bounce;
 }
 
 void HandCamera::forget()

@@ -34,12 +34,17 @@ public:
                                               QObject *headset);
     void finishBounce();
 
+    /// The hands are gone: what they had begun ends, and a view left beyond its limit comes back.
+    [[nodiscard]] std::optional<Bounce> release();
+
     /// The camera is somebody else's now: what the hand had begun is forgotten.
     void forget();
 
 private:
     float limitedPitch(float pitch) const;
+    bool givesWay() const; // a little beyond its limits of pitch
     std::optional<Bounce> movePitch(float pitch);
+    std::optional<Bounce> settlePitch();
     Bounce bounceTo(float pitch);
     void moveFov(float factor);
     void moveRoll(const std::optional<float> &roll);

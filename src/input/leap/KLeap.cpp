@@ -280,7 +280,7 @@ void KLeap::rest()
 {
     m_silence.stop();
     m_analysis.reset();
-    m_camera.forget();
+    bringBack(m_camera.release());
     if (m_pressing) {
         HandActions letGo;
         letGo.released = true;
@@ -347,7 +347,11 @@ void KLeap::carryOut(const HandActions &actions)
 
 void KLeap::moveCamera(const HandActions &actions)
 {
-    const auto bounce = m_camera.apply(actions, m_analysis.seconds(), activeHeadset());
+    bringBack(m_camera.apply(actions, m_analysis.seconds(), activeHeadset()));
+}
+
+void KLeap::bringBack(const std::optional<HandCamera::Bounce> &bounce)
+{
     if (bounce)
         emit pitchBounce(bounce->pitch, bounce->fov, bounce->roll);
 }

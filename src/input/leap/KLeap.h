@@ -164,6 +164,7 @@ private:
 
     void carryOut(const HandActions &actions);
     void moveCamera(const HandActions &actions);
+    void bringBack(const std::optional<HandCamera::Bounce> &bounce);
     void switchMenu(const HandActions &actions);
     void driveMenu(const HandActions &actions);
     void changeProjection(int step);
