@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cctype>
+#include <cmath>
 
 namespace MetadataReader {
 
@@ -49,7 +50,8 @@ QString text(const std::string &bytes)
     return QString::fromStdString(bytes.substr(0, bytes.find('\0'))).trimmed();
 }
 
-/// Degrees, minutes and seconds; minutes may have a fraction, seconds then none.
+/// Degrees, minutes and seconds. Only the last two are read with a fraction, so one of the degrees
+/// goes to the minutes.
 QString coordinate(const Exiv2::Value &value)
 {
     std::array<double, 3> parts{};
@@ -59,6 +61,10 @@ QString coordinate(const Exiv2::Value &value)
             return QString();
         parts[std::size_t(i)] = double(rational.first) / rational.second;
     }
+    constexpr double kMinutesPerDegree = 60;
+    const double wholeDegrees = std::floor(parts[0]);
+    parts[1] += (parts[0] - wholeDegrees) * kMinutesPerDegree;
+    parts[0] = wholeDegrees;
     return QStringLiteral("%1\u00B0 %2' %3\"")
         .arg(parts[0], 0, 'g', 8)
         .arg(parts[1], 0, 'g', 8)

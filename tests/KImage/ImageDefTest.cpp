@@ -91,8 +91,9 @@ TEST(ImageDef, DumpListsEveryEntry)
                   "-ExposureProgram=Manual", "-GPSLatitude=48.858222", "-GPSLatitudeRef=N",
                   "-UserComment=hello", "-InteropIndex=R98", "-IFD0:ModifyDate=2020:01:02 03:04:05",
                   "-MeteringMode=Spot", "a.jpg"});
-    pictures.run("exiv2",
-                 {"-M", "set Exif.Photo.DeviceSettingDescription Undefined 1 2 3", "a.jpg"});
+    pictures.run("exiv2", {"-M", "set Exif.Photo.DeviceSettingDescription Undefined 1 2 3", "-M",
+                           "set Exif.GPSInfo.GPSLongitude 25/10 0/1 0/1", "-M",
+                           "set Exif.GPSInfo.GPSLongitudeRef W", "a.jpg"});
     text.clear();
     ImageDef image(pictures.path("a.jpg"));
     image.DumpExif(text);
@@ -108,6 +109,7 @@ TEST(ImageDef, DumpListsEveryEntry)
         EXPECT_EQ(lines.count(QString::fromUtf8(line)), 1) << line << "\n" << text.toStdString();
     EXPECT_EQ(image.dumpedTags().value("2_33434"), "Exposure time | \"1/250\"");
     EXPECT_NEAR(image.getMetadata().latitude, 48.858222, 1e-5);
+    EXPECT_EQ(image.getMetadata().longitude, -2.5);
 }
 
 TEST(ImageOptions, ReadFromSettingsWithinSensibleBounds)
