@@ -333,6 +333,8 @@ void KGlobalObject::pauseTimerNextImage()
 
 void KGlobalObject::resumeTimerNextImage()
 {
+    if (m_imageDisplayDurationNone)
+        return; // nor was there a timer to pause
     m_imageTimerRemaining = qMax(m_imageTimerRemaining, kResumedStillMs);
     m_imageTimer.start(m_imageTimerRemaining);
 }
