@@ -23,6 +23,16 @@ void setText(Exiv2::ExifData &exif, quint16 tag, const QString &text)
         exif[Exiv2::ExifKey(tag, "Image").key()] = text.toStdString();
 }
 
+/// The texts of @p options and the time of now.
+void setTexts(Exiv2::ExifData &exif, const KImage::SaveOptions &options)
+{
+    setText(exif, kDateTime,
+            QDateTime::currentDateTime().toString(QStringLiteral("yyyy:MM:dd hh:mm:ss")));
+    setText(exif, kSoftware, options.software);
+    setText(exif, kMaker, options.maker);
+    setText(exif, kModel, options.model);
+}
+
 const Exiv2::byte *bytesOf(const QByteArray &bytes)
 {
     return reinterpret_cast<const Exiv2::byte *>(bytes.constData());
@@ -41,14 +51,8 @@ QByteArray embedded(const QByteArray &file, const KImage::SaveOptions &options)
     try {
         const auto image = Exiv2::ImageFactory::open(bytesOf(file), long(file.size()));
         image->readMetadata();
-        if (exifWanted && image->checkMode(Exiv2::mdExif) & Exiv2::amWrite) {
-            Exiv2::ExifData &exif = image->exifData();
-            setText(exif, kDateTime,
-                    QDateTime::currentDateTime().toString(QStringLiteral("yyyy:MM:dd hh:mm:ss")));
-            setText(exif, kSoftware, options.software);
-            setText(exif, kMaker, options.maker);
-            setText(exif, kModel, options.model);
-        }
+        if (exifWanted && image->checkMode(Exiv2::mdExif) & Exiv2::amWrite)
+            setTexts(image->exifData(), options);
         if (!options.xmpPacket.isEmpty() && image->checkMode(Exiv2::mdXmp) & Exiv2::amWrite) {
             image->setXmpPacket(options.xmpPacket.toStdString());
             image->writeXmpFromPacket(true);
@@ -71,6 +75,23 @@ QByteArray embedded(const QByteArray &file, const KImage::SaveOptions &options)
             return file;
         K_THROW(KException::ImageLibraryError(KImageErrors::name(ImageError::FileWrite)));
     }
+}
+
+QMap<QString, QString> pngTexts(const KImage::SaveOptions &options)
+{
+    Exiv2::ExifData exif;
+    setTexts(exif, options);
+    Exiv2::Blob blob;
+    Exiv2::ExifParser::encode(blob, Exiv2::littleEndian, exif);
+    const QByteArray header("Exif\0\0", 6);
+    const QByteArray profile =
+        header + QByteArray(reinterpret_cast<const char *>(blob.data()), int(blob.size()));
+
+    constexpr int kBytesPerLine = 36;
+    QString text = QStringLiteral("\nexif\n%1\n").arg(profile.size(), 8);
+    for (int at = 0; at < profile.size(); at += kBytesPerLine)
+        text += QString::fromLatin1(profile.mid(at, kBytesPerLine).toHex()) + QLatin1Char('\n');
+    return {{QStringLiteral("Raw profile type exif"), text}};
 }
 
 } // namespace MetadataWriter

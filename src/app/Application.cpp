@@ -1,5 +1,7 @@
 #include "app/Application.h"
 
+#include "KImage/KImage.h"
+#include "KImage/MetadataWriter.h"
 #include "analytics/KAnalyticsManager.h"
 #include "app/CommandLine.h"
 #include "app/Deployment.h"
@@ -144,6 +146,15 @@ void Application::setHmd(std::unique_ptr<KHmd> hmd)
 QSize Application::maxTextureSize() const
 {
     return m_view ? m_view->maxTextureSize() : QSize(-1, -1);
+}
+
+QMap<QString, QString> Application::snapshotTexts()
+{
+    KImage::SaveOptions options;
+    options.software = KVersion::productName() + QLatin1Char(' ') + KVersion::fullText();
+    options.maker = KVersion::makerName();
+    options.model = KVersion::productName();
+    return MetadataWriter::pngTexts(options);
 }
 
 void Application::tell(const QString &message)

@@ -104,6 +104,9 @@ public:
     /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
     QSize maxTextureSize() const;
 
+    /// Who makes a snapshot and when, as the text chunks of its file. Any thread.
+    static QMap<QString, QString> snapshotTexts();
+
     /// Shows @p message to the user, from any thread.
     void tell(const QString &message);
 

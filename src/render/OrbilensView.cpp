@@ -42,12 +42,12 @@ QVariant sceneProperty(const QObject *object, const char *name)
 }
 
 /// On a thread of the pool: turns what was read bottom row first, and writes it. The pool ends
-/// before
-/// @p application does.
+/// before @p application does.
 void saveImage(const QImage &image, SnapshotKind kind, const QString &folder,
                Application *application)
 {
-    if (!saveSnapshot(image.mirrored().convertToFormat(QImage::Format_RGB888), kind, folder))
+    if (!saveSnapshot(image.mirrored().convertToFormat(QImage::Format_RGB888), kind, folder,
+                      Application::snapshotTexts()))
         application->tell(
             OrbilensView::tr("The screenshot could not be saved in this folder:\n%1").arg(folder));
 }

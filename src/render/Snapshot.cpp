@@ -25,8 +25,11 @@ QString snapshotFolder(const QString &setting)
     return desktop.isEmpty() ? QDir::homePath() : desktop;
 }
 
-bool saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder)
+bool saveSnapshot(QImage image, SnapshotKind kind, const QString &folder,
+                  const QMap<QString, QString> &texts)
 {
+    for (auto text = texts.begin(); text != texts.end(); ++text)
+        image.setText(text.key(), text.value());
     QDir().mkpath(folder);
     return image.save(folder + QLatin1Char('/') +
                       snapshotFileName(kind, QDateTime::currentDateTime()));

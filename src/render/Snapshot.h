@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QImage>
+#include <QMap>
 #include <QString>
 
 enum class SnapshotKind {
@@ -19,6 +20,7 @@ QString snapshotFileName(SnapshotKind kind, const QDateTime &time);
 /// while the setting names none.
 QString snapshotFolder(const QString &setting);
 
-/// Writes @p image into @p folder, which is made when it is not there, under the name of the
-/// present moment. False when it could not be written.
-[[nodiscard]] bool saveSnapshot(const QImage &image, SnapshotKind kind, const QString &folder);
+/// Writes @p image with the text chunks @p texts into @p folder, which is made when it is not
+/// there, under the name of the present moment. False when it could not be written.
+[[nodiscard]] bool saveSnapshot(QImage image, SnapshotKind kind, const QString &folder,
+                                const QMap<QString, QString> &texts);

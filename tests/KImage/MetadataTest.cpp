@@ -1,6 +1,8 @@
-#include "KImage/ImageMetadata.h"
+#include "KImage/ImageDef.h"
+#include "KImage/KImage.h"
 #include "KImage/MetadataGuard.h"
 #include "KImage/MetadataReader.h"
+#include "KImage/MetadataWriter.h"
 #include "KImage/Pictures.h"
 
 #include <QtEndian>
@@ -214,6 +216,27 @@ TEST(MetadataReader, SeveralMakersAndContainers)
                       .arg(row.maker, row.model, row.line)
                       .toStdString());
     }
+}
+
+TEST(MetadataWriter, APngOfQtCarriesExif)
+{
+    const test::Pictures pictures;
+    KImage::SaveOptions options;
+    options.software = "Player 1.2";
+    options.maker = "Maker";
+    options.model = "Model";
+    QImage image(8, 4, QImage::Format_RGB888);
+    image.fill(Qt::red);
+    const QMap<QString, QString> texts = MetadataWriter::pngTexts(options);
+    for (auto text = texts.begin(); text != texts.end(); ++text)
+        image.setText(text.key(), text.value());
+    ASSERT_TRUE(image.save(pictures.path("a.png")));
+    const QString seen =
+        pictures.run("exiftool", {"-s3", "-EXIF:Make", "-EXIF:Model", "-EXIF:Software", "a.png"});
+    EXPECT_EQ(seen.toStdString(), "Maker\nModel\nPlayer 1.2\n");
+    const ImageMetadata metadata = ImageDef(pictures.path("a.png")).getMetadata();
+    EXPECT_EQ(metadata.model, "Model");
+    EXPECT_TRUE(metadata.dateTime.isValid());
 }
 
 TEST(MetadataReader, BrokenAndHugeMetadataIsHarmless)
