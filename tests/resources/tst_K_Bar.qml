@@ -31,6 +31,7 @@ Item {
     QtObject {
         id: kView
         property bool fullScreen: false
+        property int height: root.height + 28 // the menu's
         signal mouseMoved(int x, int y)
         function fullScreenMode(on) { root.note("full screen " + on) }
     }
@@ -101,7 +102,7 @@ Item {
         }
 
         function test_risesWhereThePointerIsLowOrTheMediumRests_data() {
-            return [{ tag: "high", y: 0.8, state: "Off" }, { tag: "low", y: 0.81, state: "On" },
+            return [{ tag: "high", y: 0.799, state: "Off" }, { tag: "low", y: 0.81, state: "On" },
                     { tag: "paused", y: 0, paused: true, state: "On" },
                     { tag: "touch table", y: 0.9, touchTable: true, state: "Off" }]
         }
@@ -109,7 +110,7 @@ Item {
             kGlobalObject.touchTable = row.touchTable === true
             if (row.paused)
                 player.playbackState = MediaPlayer.PausedState
-            kView.mouseMoved(5, Math.ceil(root.height * row.y))
+            kView.mouseMoved(5, Math.ceil(kView.height * row.y))
             compare(bar.state, row.state)
             tryCompare(bar.anchors, "bottomMargin", row.state === "On" ? 0 : -60)
         }

@@ -63,7 +63,7 @@ FocusScope {
         target: kView
         function onMouseMoved(x, y) {
             if (!kGlobalObject.touchTable)
-                root.mouseIsInTriggerArea = y / root.parent.height > 0.8
+                root.mouseIsInTriggerArea = y / kView.height > 0.8
         }
     }
 
@@ -173,8 +173,7 @@ FocusScope {
         Text {
             objectName: "positionText"
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.mediaPlayer.duration > 0
-                && left.x + x + width + previous.width + next.width + 40 < right.x
+            visible: left.x + x + width + previous.width + next.width + 40 < right.x
             text: Lib.formatTime(root.mediaPlayer.position) + " / "
                   + Lib.formatTime(root.mediaPlayer.duration)
             textFormat: Text.PlainText
