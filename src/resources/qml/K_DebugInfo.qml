@@ -189,7 +189,8 @@ FocusScope {
             text: qsTr("window fps : ") + root.fps
         }
         Label {
-            text: root.headset ? qsTr("hmd fps : ") + root.headset.fps : ""
+            text: root.headset && root.headset.available
+                ? qsTr("hmd fps : ") + root.headset.fps : ""
             visible: text !== ""
         }
         Label {
