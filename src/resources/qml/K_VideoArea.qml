@@ -25,6 +25,16 @@ FocusScope {
     function zoom(direction, factor) { navigation.zoom(direction, factor) }
     function printScreen(kind) { orbilensView.printScreenRequested = kind }
 
+    // Below the start screen, whose buttons want the pointer themselves.
+    K_PointerNavigation {
+        id: navigation
+        anchors.fill: parent
+        onClicked: {
+            root.forceActiveFocus()
+            root.clicked()
+        }
+    }
+
     K_StartScreen {
         id: startScreen
         anchors.fill: parent
@@ -57,16 +67,5 @@ FocusScope {
             || root.playerStatus === MediaPlayer.Buffering
             || root.playerStatus === MediaPlayer.EndOfMedia
         running: visible
-    }
-
-    K_PointerNavigation {
-        id: navigation
-        anchors.fill: parent
-        // Behind the panorama lies the start screen, whose buttons want the pointer themselves.
-        enabled: root.showsMedium
-        onClicked: {
-            root.forceActiveFocus()
-            root.clicked()
-        }
     }
 }
