@@ -358,6 +358,8 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
     QFile sample(kSample);
     ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
     const QByteArray bytes = sample.readAll();
+    QQuickItem *panorama = item("orbilensView");
+    ASSERT_NE(panorama, nullptr);
     const QStringList files{folder.filePath("missing.jpg"), write("empty.jpg", ""),
                             write("text.jpg", "this is no picture"),
                             write("header.jpg", bytes.left(200)),
@@ -371,6 +373,9 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
             },
             10000));
         EXPECT_EQ(textures->textureId(), 0) << file.toStdString();
+        // A picture of the view that cannot be taken any more is not taken of the next medium.
+        EXPECT_EQ(panorama->property("printScreenRequested"), 0);
+        panorama->setProperty("printScreenRequested", 1);
     }
     guard.take(); // the scene's own messages name each of these files
 

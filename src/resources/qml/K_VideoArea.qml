@@ -13,6 +13,8 @@ FocusScope {
     readonly property int playerStatus: forcedStatus >= 0 ? forcedStatus : mediaPlayer.playerStatus
     readonly property bool showsMedium: playerStatus === MediaPlayer.Loaded
         || playerStatus === MediaPlayer.Stalled || playerStatus === MediaPlayer.Buffered
+    readonly property bool empty: playerStatus === MediaPlayer.NoMedia
+        || playerStatus === MediaPlayer.InvalidMedia
     readonly property alias fps: orbilensView.fps
     readonly property alias fileDialogVisible: startScreen.fileDialogVisible
 
@@ -23,7 +25,11 @@ FocusScope {
     states: [State { name: "On" }, State { name: "Off" }]
 
     function zoom(direction, factor) { navigation.zoom(direction, factor) }
-    function printScreen(kind) { orbilensView.printScreenRequested = kind }
+
+    // A medium that is still opening has its picture taken once it shows. One that does not open
+    // leaves nothing behind that would take the next one's.
+    function printScreen(kind) { orbilensView.printScreenRequested = root.empty ? 0 : kind }
+    onEmptyChanged: if (empty) printScreen(0)
 
     // Below the start screen, whose buttons want the pointer themselves.
     K_PointerNavigation {
