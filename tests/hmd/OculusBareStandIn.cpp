@@ -1,6 +1,8 @@
 // A library under the Oculus runtime's name that starts and can do nothing else.
 
-extern "C" int ovr_Initialize(const void *)
+struct ovrInitParams;
+
+extern "C" int ovr_Initialize(const ovrInitParams *)
 {
     return 0;
 }

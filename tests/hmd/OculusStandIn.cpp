@@ -24,29 +24,53 @@
 #include <set>
 #include <thread>
 
-namespace {
-
-constexpr int kInvalid = -1005;
-constexpr float kEyeFromNose = 0.032F;
-
-struct Pair
+// The runtime's names for what its entry points take: a call through a pointer of another type is
+// an error. What they are made of is told here once more, by number.
+struct ovrHmdStruct;
+struct ovrInitParams;
+struct ovrErrorInfo;
+struct ovrSessionStatus;
+struct ovrInputState;
+struct ovrTextureSwapChainDesc;
+struct ovrViewScaleDesc;
+struct ovrLayerHeader;
+struct alignas(8) ovrGraphicsLuid;
+struct ovrSizei
 {
     std::int32_t width, height;
 };
-struct Quartet
+struct ovrFovPort
 {
     float at[4];
 };
-template <std::size_t size>
-struct alignas(8) Bytes
+struct alignas(8) ovrHmdDesc
 {
-    char at[size];
+    char at[264];
 };
-struct Chain
+struct alignas(8) ovrTrackingState
+{
+    char at[312];
+};
+struct ovrEyeRenderDesc
+{
+    alignas(4) char at[56];
+};
+enum ovrEyeType : std::int32_t {};
+enum ovrTrackingOrigin : std::int32_t {};
+enum ovrControllerType : std::uint32_t {};
+struct ovrTextureSwapChainData
 {
     GLuint textures[3];
     int current, commits;
 };
+
+namespace {
+
+using Session = ovrHmdStruct *;
+using Chain = ovrTextureSwapChainData;
+
+constexpr int kInvalid = -1005;
+constexpr float kEyeFromNose = 0.032F;
 
 std::thread::id caller;
 std::set<Chain *> chains;
@@ -61,23 +85,24 @@ int wrong()
 }
 
 /// The scripted failure of a call, else 0.
-int enter(const char *name, const void *given = nullptr, Chain *chain = nullptr)
+int enter(const char *name, Session given = nullptr, Chain *chain = nullptr)
 {
     const long call = ++counts[name];
-    if (caller != std::this_thread::get_id() || (given && given != &session) ||
-        (given && session == 0) || (chain && !chains.count(chain)))
+    if (caller != std::this_thread::get_id() ||
+        (given && given != reinterpret_cast<Session>(&session)) || (given && session == 0) ||
+        (chain && !chains.count(chain)))
         return wrong();
     const Numbers failure = numbers(name, {0, 0});
     return failure[1] == 0 || long(failure[1]) == call ? int(failure[0]) : 0;
 }
 
-Quartet frustum(int eye) // up, down, left, right
+ovrFovPort frustum(int eye) // up, down, left, right
 {
     const Numbers t = numbers("frustum" + std::to_string(eye), {1, 1, 1, 1});
     return {{float(t[2]), float(t[3]), float(t[0]), float(t[1])}};
 }
 
-Pair size()
+ovrSizei size()
 {
     const Numbers pixels = numbers("size", {64, 48});
     return {std::int32_t(pixels[0]), std::int32_t(pixels[1])};
@@ -95,17 +120,21 @@ bool isBesideHead(const float *eye)
 extern "C" {
 
 /// 32 bytes: flags at 0, minor version at 4.
-int ovr_Initialize(const std::uint32_t *parameters)
+int ovr_Initialize(const ovrInitParams *given)
 {
     readScript();
+    // A library that stays loaded between two runs counts as a new one does.
+    counts = {{"unended", counts["unended"]}};
     caller = std::this_thread::get_id();
     tracked = statuses = 0;
     keptPicture = 0;
     if (const int failure = enter("ovr_Initialize"))
         return failure;
     ++counts["unended"];
-    return parameters && parameters[0] == 4 && parameters[1] >= 10 && parameters[1] <= 16 ? 0
-                                                                                          : wrong();
+    std::uint32_t parameters[2] = {};
+    if (given)
+        std::memcpy(parameters, given, sizeof parameters);
+    return parameters[0] == 4 && parameters[1] >= 10 && parameters[1] <= 16 ? 0 : wrong();
 }
 
 void ovr_Shutdown()
@@ -121,22 +150,22 @@ const char *ovr_GetVersionString()
     return "stand-in";
 }
 
-void ovr_GetLastErrorInfo(char *error)
+void ovr_GetLastErrorInfo(ovrErrorInfo *error)
 {
-    std::strcpy(error + 4, "as the script tells");
+    std::strcpy(bytes(error) + 4, "as the script tells");
 }
 
-int ovr_Create(void **created, char *adapter)
+int ovr_Create(Session *created, ovrGraphicsLuid *adapter)
 {
     if (const int failure = enter("ovr_Create"))
         return failure;
     session = ++counts["sessions"];
-    *created = &session;
-    put(adapter, std::uint64_t(1));
+    *created = reinterpret_cast<Session>(&session);
+    put(bytes(adapter), std::uint64_t(1));
     return 0;
 }
 
-void ovr_Destroy(void *given)
+void ovr_Destroy(Session given)
 {
     enter("ovr_Destroy", given);
     if (!chains.empty())
@@ -144,10 +173,10 @@ void ovr_Destroy(void *given)
     session = 0;
 }
 
-Bytes<264> ovr_GetHmdDesc(void *given)
+ovrHmdDesc ovr_GetHmdDesc(Session given)
 {
     enter("ovr_GetHmdDesc", given);
-    Bytes<264> facts = {};
+    ovrHmdDesc facts = {};
     put(facts.at, std::int32_t(number("type", 14)));
     for (int eye = 0; eye < 2; ++eye)
         put(facts.at + 184 + 16 * eye, frustum(eye));
@@ -156,7 +185,7 @@ Bytes<264> ovr_GetHmdDesc(void *given)
 }
 
 /// 6 bytes: visible, present, mounted, lost, quit, recenter; later versions tell two more.
-int ovr_GetSessionStatus(void *given, char *status)
+int ovr_GetSessionStatus(Session given, ovrSessionStatus *status)
 {
     readScript();
     if (const int failure = enter("ovr_GetSessionStatus", given))
@@ -171,22 +200,22 @@ int ovr_GetSessionStatus(void *given, char *status)
                          char(number("recenter", 0)),
                          127,
                          127};
-    std::memcpy(status, told, sizeof told);
+    std::memcpy(bytes(status), told, sizeof told);
     return 0;
 }
 
-int ovr_SetTrackingOriginType(void *given, std::int32_t origin)
+int ovr_SetTrackingOriginType(Session given, ovrTrackingOrigin origin)
 {
     return origin == 0 ? enter("ovr_SetTrackingOriginType", given) : wrong();
 }
 
-int ovr_RecenterTrackingOrigin(void *given)
+int ovr_RecenterTrackingOrigin(Session given)
 {
     return enter("ovr_RecenterTrackingOrigin", given);
 }
 
 /// Orientation at 0, position at 16, time at 80, flags at 88.
-Bytes<312> ovr_GetTrackingState(void *given, double time, char)
+ovrTrackingState ovr_GetTrackingState(Session given, double time, std::uint8_t)
 {
     enter("ovr_GetTrackingState", given);
     const auto turns = script.find("head");
@@ -194,53 +223,54 @@ Bytes<312> ovr_GetTrackingState(void *given, double time, char)
     const std::size_t pose = std::min(tracked++, poses.size() / 4 - 1) * 4;
     for (std::size_t i = 0; i < 7; ++i)
         head[i] = i < 4 ? float(poses[pose + i]) : 0.25F * float(i);
-    Bytes<312> state = {};
+    ovrTrackingState state = {};
     std::memcpy(state.at, head, sizeof head);
     put(state.at + 80, time);
     put(state.at + 88, std::uint32_t(3));
     return state;
 }
 
-std::uint32_t ovr_GetConnectedControllerTypes(void *given)
+std::uint32_t ovr_GetConnectedControllerTypes(Session given)
 {
     enter("ovr_GetConnectedControllerTypes", given);
     return std::uint32_t(numbers("input", {0, 0, 0, 0, 0, 0})[0]);
 }
 
 /// 88 bytes: buttons at 8, two sticks at 32, type at 48; later versions tell 32 bytes more.
-int ovr_GetInputState(void *given, std::uint32_t type, char *input)
+int ovr_GetInputState(Session given, ovrControllerType type, ovrInputState *state)
 {
+    char *const input = bytes(state);
     const Numbers held = numbers("input", {0, 0, 0, 0, 0, 0});
-    if (type != std::uint32_t(held[0]))
+    if (type != ovrControllerType(held[0]))
         return wrong();
     put(input + 8, std::uint32_t(held[1]));
-    put(input + 32, Quartet{{float(held[2]), float(held[3]), float(held[4]), float(held[5])}});
+    put(input + 32, ovrFovPort{{float(held[2]), float(held[3]), float(held[4]), float(held[5])}});
     put(input + 48, type);
     std::memset(input + 88, 127, 32);
     return enter("ovr_GetInputState", given);
 }
 
-Pair ovr_GetFovTextureSize(void *given, std::int32_t eye, Quartet fov, float density)
+ovrSizei ovr_GetFovTextureSize(Session given, ovrEyeType eye, ovrFovPort fov, float density)
 {
     enter("ovr_GetFovTextureSize", given);
-    const Quartet usual = frustum(eye);
+    const ovrFovPort usual = frustum(eye);
     if (density != 1 || std::memcmp(&fov, &usual, sizeof fov) != 0)
         wrong();
     return size();
 }
 
 /// 56 bytes: eye at 0, tangents at 4, place beside the head at 44.
-Bytes<56> ovr_GetRenderDesc(void *given, std::int32_t eye, Quartet fov)
+ovrEyeRenderDesc ovr_GetRenderDesc(Session given, ovrEyeType eye, ovrFovPort fov)
 {
     enter("ovr_GetRenderDesc", given);
-    Bytes<56> facts = {};
+    ovrEyeRenderDesc facts = {};
     put(facts.at, eye);
     put(facts.at + 4, fov);
     put(facts.at + 44, eye == 0 ? -kEyeFromNose : kEyeFromNose);
     return facts;
 }
 
-double ovr_GetPredictedDisplayTime(void *given, std::int64_t frame)
+double ovr_GetPredictedDisplayTime(Session given, std::int64_t frame)
 {
     enter("ovr_GetPredictedDisplayTime", given);
     return 100 + 0.01 * double(frame);
@@ -252,8 +282,11 @@ double ovr_GetTimeInSeconds()
 }
 
 /// Type, format, layers, width, height, levels, samples, still, misc and bind, 4 bytes each.
-int ovr_CreateTextureSwapChainGL(void *given, const std::int32_t *facts, Chain **created)
+int ovr_CreateTextureSwapChainGL(Session given, const ovrTextureSwapChainDesc *asked,
+                                 Chain **created)
 {
+    std::int32_t facts[10];
+    std::memcpy(facts, asked, sizeof facts);
     if (const int failure = enter("ovr_CreateTextureSwapChainGL", given))
         return failure;
     const std::int32_t usual[] = {0, 5, 1, size().width, size().height, 1, 1, 0, 0, 0};
@@ -270,19 +303,19 @@ int ovr_CreateTextureSwapChainGL(void *given, const std::int32_t *facts, Chain *
     return 0;
 }
 
-int ovr_GetTextureSwapChainLength(void *given, Chain *chain, int *length)
+int ovr_GetTextureSwapChainLength(Session given, Chain *chain, int *length)
 {
     *length = 3;
     return enter("ovr_GetTextureSwapChainLength", given, chain);
 }
 
-int ovr_GetTextureSwapChainCurrentIndex(void *given, Chain *chain, int *index)
+int ovr_GetTextureSwapChainCurrentIndex(Session given, Chain *chain, int *index)
 {
     *index = chain->current;
     return enter("ovr_GetTextureSwapChainCurrentIndex", given, chain);
 }
 
-int ovr_GetTextureSwapChainBufferGL(void *given, Chain *chain, int index, std::uint32_t *texture)
+int ovr_GetTextureSwapChainBufferGL(Session given, Chain *chain, int index, std::uint32_t *texture)
 {
     if (index < 0 || index > 2)
         return wrong();
@@ -290,14 +323,14 @@ int ovr_GetTextureSwapChainBufferGL(void *given, Chain *chain, int index, std::u
     return enter("ovr_GetTextureSwapChainBufferGL", given, chain);
 }
 
-int ovr_CommitTextureSwapChain(void *given, Chain *chain)
+int ovr_CommitTextureSwapChain(Session given, Chain *chain)
 {
     chain->current = (chain->current + 1) % 3;
     ++chain->commits;
     return enter("ovr_CommitTextureSwapChain", given, chain);
 }
 
-void ovr_DestroyTextureSwapChain(void *given, Chain *chain)
+void ovr_DestroyTextureSwapChain(Session given, Chain *chain)
 {
     enter("ovr_DestroyTextureSwapChain", given, chain);
     if (!glIsTexture(chain->textures[0]))
@@ -309,28 +342,29 @@ void ovr_DestroyTextureSwapChain(void *given, Chain *chain)
 
 /// A layer of 152 bytes: kind at 0, flags at 4, chains at 8, viewports at 24, tangents at 56, poses
 /// at 88, time of the sample at 144.
-int ovr_SubmitFrame(void *given, std::int64_t, const void *, const char *const *layers,
-                    std::uint32_t count)
+int ovr_SubmitFrame(Session given, std::int64_t, const ovrViewScaleDesc *,
+                    const ovrLayerHeader *const *layers, std::uint32_t count)
 {
     if (const int failure = enter("ovr_SubmitFrame", given))
         return failure;
     std::uint32_t kind[2];
     Chain *submitted[2];
     std::int32_t viewports[2][4];
-    Quartet fov[2];
+    ovrFovPort fov[2];
     float poses[2][7];
     double sampled = 0;
-    std::memcpy(kind, layers[0], 8);
-    std::memcpy(submitted, layers[0] + 8, 16);
-    std::memcpy(viewports, layers[0] + 24, 32);
-    std::memcpy(fov, layers[0] + 56, 32);
-    std::memcpy(poses, layers[0] + 88, 56);
-    std::memcpy(&sampled, layers[0] + 144, 8);
+    const char *const layer = bytes(layers[0]);
+    std::memcpy(kind, layer, 8);
+    std::memcpy(submitted, layer + 8, 16);
+    std::memcpy(viewports, layer + 24, 32);
+    std::memcpy(fov, layer + 56, 32);
+    std::memcpy(poses, layer + 88, 56);
+    std::memcpy(&sampled, layer + 144, 8);
     if (count != 1 || kind[0] != 1 || kind[1] != 2 || sampled != 100)
         return wrong();
     for (int eye = 0; eye < 2; ++eye) {
         const std::int32_t whole[] = {0, 0, size().width, size().height};
-        const Quartet usual = frustum(eye);
+        const ovrFovPort usual = frustum(eye);
         if (!chains.count(submitted[eye]) || submitted[eye]->commits == 0 ||
             !std::equal(whole, whole + 4, viewports[eye]) ||
             !std::equal(usual.at, usual.at + 4, fov[eye].at) || !isBesideHead(poses[eye]))

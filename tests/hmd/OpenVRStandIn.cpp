@@ -1,6 +1,7 @@
 // A stand-in for the OpenVR client library and the runtime behind it: exports the flat entry points
 // and three function tables, filled slot by slot from the public interface's numbering and not from
-// the player's own declarations. Follows a script and keeps the eyes' pictures.
+// the player's own declarations, of which it shares the names alone: a call through a pointer of
+// another type is an error. Follows a script and keeps the eyes' pictures.
 //
 // ORBILENS_VR_FOLDER names the folder of the file "script", read anew for each frame: lines of a
 // key and numbers. What is missing has the default told here.
@@ -25,25 +26,39 @@
 #include <chrono>
 #include <thread>
 
+namespace openvr {
+
+struct Matrix34
+{
+    float at[12];
+};
+struct Matrix44
+{
+    float at[16];
+};
+struct Event;
+struct ControllerState;
+struct DevicePose;
+struct Texture;
+
+} // namespace openvr
+
 namespace {
 
+using namespace openvr;
 using Handle = void *;
 
 long keptPicture = 0, losses = 0;
 bool focused = false, quitTold = false;
 
-template <class Element, std::size_t size>
-struct Elements
+template <class Matrix>
+Matrix matrix(const Numbers &values)
 {
-    Element at[size];
-    explicit Elements(const Numbers &values)
-    {
-        for (std::size_t i = 0; i < size; ++i)
-            at[i] = Element(values[i]);
-    }
-};
-using Matrix34 = Elements<float, 12>;
-using Matrix44 = Elements<float, 16>;
+    Matrix result = {};
+    for (std::size_t i = 0; i < values.size(); ++i)
+        result.at[i] = float(values[i]);
+    return result;
+}
 const Numbers kUpright = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0};
 
 std::uint32_t token()
@@ -79,13 +94,13 @@ struct Tables
         alive();
         const Numbers t = numbers("frustum" + std::to_string(eye), {1, 1, 1, 1});
         const double w = t[0] + t[1], h = t[2] + t[3], depth = far - near;
-        return Matrix44({2 / w, 0, (t[1] - t[0]) / w, 0, 0, 2 / h, (t[2] - t[3]) / h, 0, 0, 0,
-                         -(far + near) / depth, -2 * far * near / depth, 0, 0, -1, 0});
+        return matrix<Matrix44>({2 / w, 0, (t[1] - t[0]) / w, 0, 0, 2 / h, (t[2] - t[3]) / h, 0, 0,
+                                 0, -(far + near) / depth, -2 * far * near / depth, 0, 0, -1, 0});
     }
     static Matrix34 eyeToHead(std::int32_t eye)
     {
         alive();
-        return Matrix34(numbers("eye" + std::to_string(eye), kUpright));
+        return matrix<Matrix34>(numbers("eye" + std::to_string(eye), kUpright));
     }
     static std::int32_t deviceClass(std::uint32_t device)
     {
@@ -97,18 +112,19 @@ struct Tables
         alive();
         return device == 0 ? number("connected", 1) != 0 : controller(device)[0] >= 0;
     }
-    static bool pollEvent(char *event, std::uint32_t size)
+    static bool pollEvent(Event *event, std::uint32_t size)
     {
         alive();
         if (number("quit", 0) == 0 || quitTold || size != 36)
             return false;
-        put(event, std::uint32_t(700));
+        put(bytes(event), std::uint32_t(700));
         return quitTold = true;
     }
     static void acknowledgeQuit() { ++counts["acknowledged"]; }
     /// 60 bytes: packet number at 0, pressed at 4, touched at 12, five axes of two floats at 20.
-    static bool controllerState(std::uint32_t device, char *state, std::uint32_t size)
+    static bool controllerState(std::uint32_t device, ControllerState *target, std::uint32_t size)
     {
+        char *const state = bytes(target);
         const Numbers pressed = controller(device);
         if (!alive() || pressed[0] < 0 || size != 60)
             return false;
@@ -119,8 +135,10 @@ struct Tables
     }
 
     /// 80 bytes a device: matrix at 0, result at 72, validity at 76, connection at 77.
-    static std::int32_t waitGetPoses(char *poses, std::uint32_t count, char *, std::uint32_t)
+    static std::int32_t waitGetPoses(DevicePose *target, std::uint32_t count, DevicePose *,
+                                     std::uint32_t)
     {
+        char *const poses = bytes(target);
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
         if (!alive())
             return 1;
@@ -130,16 +148,17 @@ struct Tables
         focused = true;
         ++counts["frames"];
         std::memset(poses, 0, std::size_t(count) * 80);
-        put(poses, Matrix34(numbers("pose", kUpright)));
+        put(poses, matrix<Matrix34>(numbers("pose", kUpright)));
         put(poses + 72, std::int32_t(200));
         poses[76] = script.count("pose") != 0;
         poses[77] = number("connected", 1) != 0;
         return 0;
     }
     /// A texture: name at 0, kind at 8, colour space at 12.
-    static std::int32_t submit(std::int32_t eye, const char *texture, const void *bounds,
+    static std::int32_t submit(std::int32_t eye, const Texture *given, const void *bounds,
                                std::int32_t flags)
     {
+        const char *const texture = bytes(given);
         std::int32_t kinds[2] = {};
         std::uint64_t name = 0;
         std::memcpy(&name, texture, 8);

@@ -57,6 +57,19 @@ long number(const std::string &key, long standard)
     return long(numbers(key, {double(standard)})[0]);
 }
 
+/// What a structure of the caller is made of.
+template <class Struct>
+char *bytes(Struct *given)
+{
+    return reinterpret_cast<char *>(given);
+}
+
+template <class Struct>
+const char *bytes(const Struct *given)
+{
+    return reinterpret_cast<const char *>(given);
+}
+
 template <class Value>
 void put(char *target, Value value)
 {
