@@ -84,7 +84,7 @@ TEST_F(ProgramOnTheBus, IsPlayedPausedAndEndedByThePanelAndKeepsTheScreenAwakeOn
     call("org.mpris.MediaPlayer2", "Quit");
     EXPECT_TRUE(player.waitForFinished(kPatienceMs));
     EXPECT_EQ(player.exitCode(), 0);
-    EXPECT_EQ(test::complaints(player.readAll()), QByteArray());
+    EXPECT_EQ(test::complaints(player.readAll()), "");
     EXPECT_TRUE(screenSaverHears(6));
 
     QFile recent(home.filePath(".local/share/recently-used.xbel"));

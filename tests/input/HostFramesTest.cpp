@@ -116,7 +116,7 @@ TEST_F(HostFrames, AHostThatStartsThePlayerWritesItsRowsFromBelow)
     play(1, true);
     EXPECT_TRUE(screenShows("rgbw")) << quartersOnScreen().toStdString();
     EXPECT_EQ(player.quit(), 0);
-    EXPECT_EQ(test::complaints(player.errors()), QByteArray());
+    EXPECT_EQ(test::complaints(player.errors()), "");
 }
 
 TEST_F(HostFrames, StartsByTheSettingWithRowsFromAboveAndOutlivesTheWriter)

@@ -13,12 +13,12 @@ constexpr int kPatienceMs = 20000;
 
 } // namespace
 
-QByteArray complaints(const QByteArray &output)
+std::string complaints(const QByteArray &output)
 {
-    QByteArray rest;
+    std::string rest;
     for (const QByteArray &line : output.split('\n')) {
         if (!line.isEmpty() && !line.startsWith("Crash dump path : "))
-            rest += line + '\n';
+            rest += line.toStdString() + '\n';
     }
     return rest;
 }

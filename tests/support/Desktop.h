@@ -9,11 +9,12 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <string>
 
 namespace test {
 
 /// What the player printed, but for the line in which the crash handler names its folder.
-QByteArray complaints(const QByteArray &output);
+std::string complaints(const QByteArray &output);
 
 class Desktop
 {

@@ -1,0 +1,3 @@
+// For a program that the tests run, in a tree with the address sanitizer.
+
+#include "support/KeepModulesLoaded.h"
