@@ -9,6 +9,24 @@
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+/// An address as people write it: names with blanks and percent signs as they are on the disk, in
+/// one line.
+QString readable(const QString &address)
+{
+    QString text = QUrl::fromPercentEncoding(address.toUtf8());
+    std::replace_if(
+        text.begin(), text.end(),
+        [](QChar letter) { return letter.category() == QChar::Other_Control; }, QLatin1Char(' '));
+    return text;
+}
+
+} // namespace
 
 KQQuickView::KQQuickView(bool touchTable, const QString &updateServer, KSettingsManager *store,
                          CrashHandler *crashHandler, QWindow *parent)
@@ -56,7 +74,7 @@ void KQQuickView::updateTitle(const QString &newSource)
 {
     QString text = KVersion::productName();
     if (!newSource.isEmpty())
-        text += QStringLiteral(" - %1").arg(newSource);
+        text += QStringLiteral(" - %1").arg(readable(newSource));
     setTitle(text);
 }
 

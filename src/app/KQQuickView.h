@@ -46,7 +46,7 @@ public:
     Q_INVOKABLE QString version() const;
     /// Name and version for people. Hides QWindow::title(), the text in the window's frame.
     Q_INVOKABLE QString title() const;
-    /// @p newSource: the medium now shown, empty for none.
+    /// @p newSource: address of the medium now shown, empty for none; percent-encoding is undone.
     Q_INVOKABLE void updateTitle(const QString &newSource);
     Q_INVOKABLE bool isNewVersionAvailable() const;
     /// The user's own check.

@@ -211,7 +211,6 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     // Newest first: a still, a film, a still; with names that are no plain words.
     QTemporaryDir media;
     const QStringList names{"one #1 50%.jpg", "film d'\u00e9t\u00e9.mp4", "three.jpg"};
-    const QStringList titles{"one %231 50%25.jpg", "film d'\u00e9t\u00e9.mp4", "three.jpg"};
     for (int i = 0; i < names.size(); ++i) {
         QFile file(media.filePath(names[i]));
         ASSERT_TRUE(QFile::copy(i == 1 ? kFilm : kSample, file.fileName()));
@@ -229,7 +228,7 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     const auto showsTitle = [&](int i) {
         return eventually([&] {
             return QString::fromUtf8(desktop.xdotool({"getwindowname", window}).toLatin1())
-                .endsWith('/' + titles[i]);
+                .endsWith('/' + names[i]);
         });
     };
     const auto cubeShows = [&](const char *name) {
