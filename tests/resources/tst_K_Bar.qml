@@ -153,6 +153,20 @@ Item {
             mouseClick(slider, 25, 5)
             compare(root.taken(), ["kept 0.25"])
 
+            // By keys alone: next after the button by Tab, and gone once the focus is elsewhere.
+            mouseMove(root, 5, 5)
+            tryCompare(slider, "width", 0)
+            child("soundButton").forceActiveFocus()
+            keyClick(Qt.Key_Tab)
+            verify(slider.activeFocus)
+            keyClick(Qt.Key_Right)
+            compare(root.taken(), ["kept 0.30"])
+            keyClick(Qt.Key_Left)
+            compare(root.taken(), ["kept 0.25"])
+            tryCompare(slider, "width", 100)
+            child("playButton").forceActiveFocus()
+            tryCompare(slider, "width", 0)
+
             // Muting is of the moment: nothing is kept for the next run.
             mouseClick(child("soundButton"))
             compare(loader.volume, 0)

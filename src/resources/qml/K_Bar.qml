@@ -154,8 +154,10 @@ FocusScope {
                 objectName: "volumeSlider"
                 anchors { left: soundButton.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
                 height: 10
-                width: sound.containsMouse || pressed ? 100 : 0
-                visible: width > 0
+                width: sound.containsMouse || pressed || byKey ? 100 : 0
+                // Next after the button for whoever comes by the Tab key, also before it is wide.
+                readonly property bool byKey: soundButton.activeFocus || activeFocus
+                visible: width > 0 || byKey
                 name: qsTr("Volume")
                 live: true
                 progression: root.mediaLoader.volume
