@@ -5,6 +5,7 @@
 #include "KImage/ImageLoadGuard.h"
 #include "KImage/ImageLoader.h"
 #include "KImage/KImage.h"
+#include "app/RemoteStill.h"
 #include "foundation/KSignalStack.h"
 
 #include <QDateTime>
@@ -17,6 +18,8 @@ namespace {
 
 // Any driver takes textures of this size, so that the expected picture need not wait for the limit.
 constexpr int kCertainSide = 8192;
+// So that one slow server does not keep another's picture waiting.
+constexpr int kFetchThreads = 3;
 
 bool fits(const QSize &size, const QSize &limit)
 {
@@ -76,6 +79,20 @@ public:
         m_request.cancelled = m_cancelled.get();
     }
 
+    /// Whether load() has something to decode now; finished otherwise, and perhaps deleted.
+    bool fetch(const QUrl &url)
+    {
+        try {
+            m_fetched = std::make_unique<RemoteStill>(url, *m_cancelled);
+            m_path = m_fetched->path();
+            return true;
+        } catch (const KException &error) {
+            m_error = error.message;
+            emit finished();
+            return false;
+        }
+    }
+
     void load()
     {
         if (m_expected && m_expected->answers(m_path, m_request))
@@ -83,6 +100,7 @@ public:
         else
             read();
         m_expected.reset();
+        m_fetched.reset();
         emit finished();
     }
 
@@ -110,6 +128,7 @@ private:
     LoadRequest m_request;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
     std::shared_ptr<ExpectedStill> m_expected;
+    std::unique_ptr<RemoteStill> m_fetched;
     QImage m_image;
     QString m_error;
 };
@@ -135,6 +154,7 @@ QSize limitOf(const QSize &requested)
 KImageProvider::KImageProvider()
 {
     m_pool.setMaxThreadCount(1);
+    m_fetching.setMaxThreadCount(kFetchThreads);
 }
 
 KImageProvider::~KImageProvider()
@@ -146,6 +166,7 @@ KImageProvider::~KImageProvider()
                 *cancelled = true;
         }
     }
+    m_fetching.waitForDone(); // what it fetched goes on to the other
     m_pool.waitForDone();
 }
 
@@ -202,6 +223,16 @@ QQuickImageResponse *KImageProvider::requestImageResponse(const QString &id,
     const QString encoded = id.section(QLatin1Char('?'), 0, 0);
     const QUrl url(QUrl::fromPercentEncoding(encoded.toUtf8()));
     auto *response = new Response(pathOf(url), request, cancelled, std::move(expected));
-    m_pool.start(QRunnable::create([response] { response->load(); }));
+    const auto decode = [this, response] {
+        m_pool.start(QRunnable::create([response] { response->load(); }));
+    };
+    if (RemoteStill::isRemote(url)) {
+        m_fetching.start(QRunnable::create([response, url, decode] {
+            if (response->fetch(url))
+                decode();
+        }));
+    } else {
+        decode();
+    }
     return response;
 }

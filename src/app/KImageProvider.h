@@ -3,7 +3,8 @@
 // Gives the scene stills of every kind that the loader takes, as "image://still/<url>?<edition>"
 // with the URL percent-encoded and any text as the edition, by which the scene tells pictures of
 // one file under changing options apart. The scene's engine owns it; the engine's reader thread
-// asks, a thread of its own decodes, one picture at a time.
+// asks, a thread of its own decodes, one picture at a time; stills of http servers are fetched on
+// other threads first.
 
 #include "KImage/ImageOptions.h"
 
@@ -21,7 +22,7 @@ class KImageProvider : public QQuickAsyncImageProvider
 {
 public:
     KImageProvider();
-    /// Stops what is being decoded and waits for its end.
+    /// Stops what is being fetched and decoded and waits for its end.
     ~KImageProvider() override;
 
     /// Name under which the engine knows it.
@@ -49,5 +50,6 @@ private:
     ImageOptions m_options;
     QVector<std::weak_ptr<Flag>> m_running;
     std::shared_ptr<ExpectedStill> m_expected; ///< its contents belong to the decoding thread
-    QThreadPool m_pool;
+    QThreadPool m_fetching;
+    QThreadPool m_pool; ///< decodes
 };

@@ -1,7 +1,10 @@
 #include "app/KImageProvider.h"
 
+#include "support/HttpServer.h"
+
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QFile>
 #include <QImage>
 #include <QQuickTextureFactory>
@@ -66,6 +69,54 @@ TEST(ImageProvider, DecodesAtTheRequestedSizeAndReportsErrors)
     QString error;
     EXPECT_TRUE(answer(provider, "file:///absent.jpg", QSize(), error).isNull());
     EXPECT_TRUE(error.contains("GFL_ERROR_FILE_OPEN")) << error.toStdString();
-    EXPECT_TRUE(answer(provider, "http://localhost/a.jpg", QSize(), error).isNull());
+    EXPECT_TRUE(answer(provider, "rtsp://localhost/a.jpg", QSize(), error).isNull());
     EXPECT_FALSE(error.isEmpty());
+}
+
+TEST(ImageProvider, TakesStillsOfAServerWithinTheSameLimits)
+{
+    QImage picture(64, 32, QImage::Format_RGB32);
+    picture.fill(QColor(255, 128, 0));
+    QBuffer png;
+    ASSERT_TRUE(png.open(QIODevice::WriteOnly) && picture.save(&png, "png"));
+    test::HttpServer server([&](const test::HttpServer::Request &request) {
+        const QByteArray path = request.line.split(' ')[1];
+        if (path == "/silent.png")
+            return QByteArray();
+        if (path == "/moved.png")
+            return test::HttpServer::reply("302 Found\r\nLocation: /a%20b.png", "");
+        // Larger than memory, in a few bytes.
+        if (path == "/large.hdr")
+            return test::HttpServer::reply(
+                "200 OK", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 100000 +X 100000\n");
+        return path == "/a%20b.png" ? test::HttpServer::reply("200 OK", png.data())
+                                    : test::HttpServer::reply("404 Not Found", png.data());
+    });
+    const auto id = [&](const char *path) {
+        return QString::fromLatin1(
+            QUrl::toPercentEncoding(server.address() + QString::fromLatin1(path)));
+    };
+
+    KImageProvider provider;
+    const struct
+    {
+        const char *path;
+        QSize expected;
+        const char *error;
+    } rows[] = {{"/a b.png", {16, 8}, ""},
+                {"/moved.png", {16, 8}, ""},
+                {"/absent.png", {0, 0}, "Not Found"},
+                {"/large.hdr", {0, 0}, "GFL_ERROR_NO_MEMORY"}};
+    for (const auto &row : rows) {
+        QString error;
+        EXPECT_EQ(answer(provider, id(row.path), {16, 16}, error).size(), row.expected) << row.path;
+        EXPECT_TRUE(error.contains(row.error) && error.isEmpty() != row.expected.isEmpty())
+            << row.path << ": " << error.toStdString();
+    }
+    const std::unique_ptr<QQuickImageResponse> response(
+        provider.requestImageResponse(id("/silent.png"), {}));
+    QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
+    ASSERT_TRUE(test::eventually([&] { return server.requests.last().line.contains("silent"); }));
+    response->cancel();
+    EXPECT_TRUE(!finished.isEmpty() || finished.wait(20000));
 }

@@ -67,11 +67,8 @@ Item {
         source: {
             if (limit.width <= 0 || root.mediaSource.toString() === "")
                 return ""
-            // What is no file is fetched by the scene itself.
-            return kGlobalObject.isFile(root.mediaSource)
-                ? "image://still/" + encodeURIComponent(root.mediaSource)
-                  + "?" + kStillOptions.edition
-                : root.mediaSource
+            return "image://still/" + encodeURIComponent(root.mediaSource) + "?"
+                + kStillOptions.edition
         }
         sourceSize: limit.width > 0
             ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)

@@ -75,8 +75,10 @@ Item {
                 fillMode: Image.PreserveAspectCrop
                 sourceSize: Qt.size(400, 240)
                 visible: status === Image.Ready
-                source: root.thumb.toString() !== "" ? root.thumb
-                    : root.still ? "image://still/" + encodeURIComponent(root.medium) : ""
+                // A whole panorama of a server is not fetched for this.
+                readonly property string shown: root.thumb.toString() !== "" ? root.thumb
+                    : root.still && /^(file|qrc):/.test(root.medium) ? root.medium : ""
+                source: shown !== "" ? "image://still/" + encodeURIComponent(shown) : ""
             }
         }
 
