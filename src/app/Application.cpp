@@ -320,7 +320,10 @@ void Application::provideStills()
 
 void Application::initRenderer()
 {
-    m_openGLFlavour = openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options);
+    const bool desktop = openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options) ==
+                         OpenGLFlavour::Desktop;
+    if (!testAttribute(desktop ? Qt::AA_UseDesktopOpenGL : Qt::AA_UseOpenGLES))
+        qWarning("The program was started with another OpenGL than its settings ask for.");
 }
 
 void Application::publishContextProperties()

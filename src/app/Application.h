@@ -6,7 +6,6 @@
 //
 // This header is a hub of forward declarations and getters, so that including it costs nothing.
 
-#include "app/OpenGLFlavour.h"
 #include "app/UsageReport.h"
 
 #include <QApplication>
@@ -68,9 +67,7 @@ public:
     KHmdUIManager *hmdUiManager() const { return m_hmdUiManager.get(); }
     KLeap *leap() const { return m_leap.get(); }
     KRealSense *realSense() const { return m_realSense.get(); }
-    KUdpSocket *udpSocket() const { return m_udpSocket.get(); }
     KTextureProvider *textureProvider() const { return m_textureProvider.get(); }
-    QNetworkAccessManager *networkManager() { return &m_networkManager; }
 
     /// What the view draws from a headset; null while there is none.
     HeadsetView *headsetView() const { return m_headsetView; }
@@ -98,9 +95,6 @@ public:
     /// Frames come from another program's shared memory instead of a player.
     bool sharedMemory() const { return m_sharedMemory; }
 
-    /// What Qt was asked for before this object existed.
-    OpenGLFlavour openGLFlavour() const { return m_openGLFlavour; }
-
     /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
     QSize maxTextureSize() const;
 
@@ -127,7 +121,8 @@ public slots:
     void initHmdSdk();
     /// A headset works: brings up the interface inside it and switches it on.
     void initHmdUIManager();
-    /// Records which OpenGL flavour main chose before this object existed.
+    /// Qt takes the flavour of OpenGL before this object exists; warns where main asked it for another
+    /// than this run's settings and options want.
     void initRenderer();
     /// The end of the window is the end of the program, by way of KGlobalObject::quit().
     void closeWindow();
@@ -178,6 +173,5 @@ private:
     QMap<QString, QVariant> m_options;
     QStringList m_arguments;
     bool m_sharedMemory = false;
-    OpenGLFlavour m_openGLFlavour = OpenGLFlavour::Desktop;
     QNetworkAccessManager m_networkManager;
 };
