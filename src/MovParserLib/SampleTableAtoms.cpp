@@ -144,15 +144,20 @@ Status SampleTableAtom::getConstantSampleDuration(quint32 *duration) const
     return AtomError::Okay;
 }
 
-Status SampleTableAtom::getSampleDurationRange(quint32 *least, quint32 *most) const
+Status SampleTableAtom::needTimes(bool answerable) const
 {
-    if (!least || !most)
+    if (!answerable)
         return AtomError::InvalidArg;
     if (!timeToSample)
         return AtomError::AtomNotFound;
+    return timeToSample->table.rows.empty() ? AtomError::InvalidArg : AtomError::Okay;
+}
+
+Status SampleTableAtom::getSampleDurationRange(quint32 *least, quint32 *most) const
+{
+    if (const Status status = needTimes(least && most))
+        return status;
     const auto &runs = timeToSample->table.rows;
-    if (runs.empty())
-        return AtomError::InvalidArg;
     const auto shorter = [](const auto &a, const auto &b) {
         return a.sampleDuration < b.sampleDuration;
     };
@@ -164,24 +169,16 @@ Status SampleTableAtom::getSampleDurationRange(quint32 *least, quint32 *most) co
 
 Status SampleTableAtom::getFirstSampleDuration(quint32 *duration) const
 {
-    if (!duration)
-        return AtomError::InvalidArg;
-    if (!timeToSample)
-        return AtomError::AtomNotFound;
-    if (timeToSample->table.rows.empty())
-        return AtomError::InvalidArg;
+    if (const Status status = needTimes(duration != nullptr))
+        return status;
     *duration = timeToSample->table.rows.front().sampleDuration;
     return AtomError::Okay;
 }
 
 Status SampleTableAtom::getLastSampleDuration(quint32 *duration) const
 {
-    if (!duration)
-        return AtomError::InvalidArg;
-    if (!timeToSample)
-        return AtomError::AtomNotFound;
-    if (timeToSample->table.rows.empty())
-        return AtomError::InvalidArg;
+    if (const Status status = needTimes(duration != nullptr))
+        return status;
     *duration = timeToSample->table.rows.back().sampleDuration;
     return AtomError::Okay;
 }

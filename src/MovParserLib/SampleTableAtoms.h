@@ -288,6 +288,8 @@ public:
     FourCC mediaKind = 0;
 
 private:
+    /// Of the durations: an answer to write into, and a run to take it from.
+    Status needTimes(bool answerable) const;
     Status getSampleOffset(quint32 sample, quint64 *offset) const;
     Status sizeOfRange(quint64 firstSample, quint64 count, quint64 *size) const;
 };

@@ -33,13 +33,7 @@ WorkerThreadVR::~WorkerThreadVR() = default;
 void WorkerThreadVR::followViewState()
 {
     if (KShaderCodeBuilder *builder = m_application->shaderBuilder()) {
-        for (auto changed :
-             {&KShaderCodeBuilder::hmdModeChanged, &KShaderCodeBuilder::effectChanged,
-              &KShaderCodeBuilder::projectionChanged, &KShaderCodeBuilder::projectionSourceChanged,
-              &KShaderCodeBuilder::stereoModeChanged, &KShaderCodeBuilder::rotationSourceChanged,
-              &KShaderCodeBuilder::invertedColorsChanged,
-              &KShaderCodeBuilder::texturePixelFormatChanged})
-            connect(builder, changed, this, &WorkerThreadVR::dirtyShader);
+        builder->onTextChange(this, &WorkerThreadVR::dirtyShader);
         connect(builder, &KShaderCodeBuilder::projectionSourceChanged, this,
                 &WorkerThreadVR::takeScene);
     }

@@ -108,6 +108,20 @@ public:
     /// Started for a host application, the first call turns invertedColors on, without a signal.
     QString fragmentShaderCode(bool forceRectilinear, bool overlay, bool flipY);
 
+    /// Calls @p slot of @p drawer for each change after which fragmentShaderCode() may give another
+    /// text.
+    template <class Drawer>
+    void onTextChange(Drawer *drawer, void (Drawer::*slot)())
+    {
+        for (auto changed :
+             {&KShaderCodeBuilder::hmdModeChanged, &KShaderCodeBuilder::effectChanged,
+              &KShaderCodeBuilder::projectionChanged, &KShaderCodeBuilder::projectionSourceChanged,
+              &KShaderCodeBuilder::stereoModeChanged, &KShaderCodeBuilder::rotationSourceChanged,
+              &KShaderCodeBuilder::invertedColorsChanged,
+              &KShaderCodeBuilder::texturePixelFormatChanged})
+            connect(this, changed, drawer, slot);
+    }
+
     QString blitShaderCode() const;
 
     /// `uProjScale` and `uProjectionDistance` for a field of view in degrees.

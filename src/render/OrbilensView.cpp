@@ -79,13 +79,7 @@ void OrbilensView::init(Application *kApp)
     if (KShaderCodeBuilder *builder = m_application->shaderBuilder()) {
         connect(builder, &KShaderCodeBuilder::stereoModeChanged, this,
                 &OrbilensView::computeViewportParameters);
-        for (auto changed :
-             {&KShaderCodeBuilder::hmdModeChanged, &KShaderCodeBuilder::effectChanged,
-              &KShaderCodeBuilder::projectionChanged, &KShaderCodeBuilder::projectionSourceChanged,
-              &KShaderCodeBuilder::stereoModeChanged, &KShaderCodeBuilder::rotationSourceChanged,
-              &KShaderCodeBuilder::invertedColorsChanged,
-              &KShaderCodeBuilder::texturePixelFormatChanged})
-            connect(builder, changed, this, &OrbilensView::dirtyShader);
+        builder->onTextChange(this, &OrbilensView::dirtyShader);
     }
     attachWindow(window());
     computeViewportParameters();
