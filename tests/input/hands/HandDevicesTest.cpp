@@ -242,6 +242,35 @@ TEST_F(HandDevices, AFingerPointsAndTheZoneWarns)
     EXPECT_EQ(leap->handOutZone(), 0);
 }
 
+TEST_F(HandDevices, TheKeySwitchesTheTrackerAndAFingerPressesAButton)
+{
+    view->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(view));
+    QTest::keyClick(view, Qt::Key_M);
+    ASSERT_TRUE(eventually([this] { return leap->activated(); }));
+    leap->setCameraMode(1);
+    const QQuickItem *button = item("loopButton");
+    // The palm of a hand whose index points there: its tip is 30 mm left of the palm and 4 above.
+    const auto pointingAt = [this](const QPointF &at, float z) {
+        const float across = 200 * float(at.x()) / float(view->width()) - 100;
+        const float up = 75 - 150 * float(at.y()) / float(view->height());
+        return std::vector<Hand>{makeHand(1, Shape::Pointing, {across + 30, 196 + up, z})};
+    };
+    const auto centre = [button] {
+        return button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
+    };
+    showStill(pointingAt({centre().x(), view->height() - 30.0}, 150));
+    ASSERT_TRUE(eventually([&] { return centre().y() < view->height() - 25; })) << "the bar is up";
+    const int before = camera->loopMode();
+    const QPointF at = centre();
+    show(Recording(60, {0.2F, 0, false}).play(2, [&](double t) {
+        return pointingAt(at, t > 0.5 && t < 1.3 ? 40 : 150);
+    }));
+    EXPECT_TRUE(eventually([&] { return camera->loopMode() == (before + 1) % 3; }));
+    QTest::keyClick(view, Qt::Key_M);
+    EXPECT_TRUE(eventually([this] { return !leap->activated(); }));
+}
+
 TEST_F(HandDevices, ThePlanetBouncesAndAGestureChangesTheProjection)
 {
     leap->setActivated(true);
