@@ -25,9 +25,13 @@ Item {
         }
         function onPitchBounce(pitch_end, fov_end, roll_end) {
             pitchBack.to = pitch_end
-            fovBack.to = fov_end < 0 ? root.camera.fov : fov_end
-            rollBack.to = fov_end < 0 ? root.camera.roll : roll_end
-            bounce.restart()
+            pitchBack.restart()
+            if (fov_end < 0)
+                return
+            fovBack.to = fov_end
+            rollBack.to = roll_end
+            fovBack.restart()
+            rollBack.restart()
         }
         function onIconProjChange() {
             if (root.playerImage)
@@ -41,14 +45,15 @@ Item {
         function onActivatedChanged() { root.leap.hmdActivated() }
     }
 
-    ParallelAnimation {
-        id: bounce
-        onFinished: root.leap.animationFinished()
-
-        NumberAnimation { id: pitchBack; target: root.camera; property: "pitch"; duration: 1000; easing.type: Easing.OutBounce }
-        NumberAnimation { id: fovBack; target: root.camera; property: "fov"; duration: 1000; easing.type: Easing.OutBounce }
-        NumberAnimation { id: rollBack; target: root.camera; property: "roll"; duration: 1000; easing.type: Easing.OutBounce }
+    component Bounce: NumberAnimation {
+        target: root.camera
+        duration: 1000
+        easing.type: Easing.OutBounce
     }
+
+    Bounce { id: pitchBack; property: "pitch"; onFinished: root.leap.animationFinished() }
+    Bounce { id: fovBack; property: "fov" }
+    Bounce { id: rollBack; property: "roll" }
 
     K_LeapHands {
         anchors.fill: parent

@@ -285,7 +285,11 @@ TEST_F(HandDevices, ThePlanetBouncesAndAGestureChangesTheProjection)
     ASSERT_FALSE(bounces.isEmpty()) << "far beyond";
     EXPECT_NEAR(bounces[0][0].toDouble(), 1.5708, 1e-3);
     EXPECT_EQ(bounces[0][1].toDouble(), -1);
+    const float fov = camera->fov();
+    camera->setFov(fov + 10);
     EXPECT_TRUE(eventually(atTheLimit)) << camera->pitch();
+    EXPECT_EQ(camera->fov(), fov + 10) << "the pitch alone comes back";
+    camera->setFov(fov);
     pushUp(15);
     EXPECT_TRUE(eventually([&] { return bounces.count() > 1; })) << "back when the hands are gone";
     EXPECT_TRUE(eventually(atTheLimit)) << camera->pitch();
