@@ -1,5 +1,6 @@
 #include "desktop/RecentFiles.h"
 
+#include "foundation/KSignalStack.h"
 #include "foundation/KVersion.h"
 
 #include <QDir>
@@ -157,6 +158,7 @@ void RecentFiles::remember(const QList<QUrl> &opened)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     QtConcurrent::run(&m_writer, [opened, now] {
+        const KSignalStack signalStack;
         if (!recentFilesAllowed(
                 QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)))
             return;

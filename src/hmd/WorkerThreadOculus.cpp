@@ -1,6 +1,7 @@
 #include "hmd/WorkerThreadOculus.h"
 
 #include "app/Application.h"
+#include "foundation/KSignalStack.h"
 #include "hmd/HeadMotion.h"
 #include "hmd/KHmd.h"
 #include "hmd/OculusGeometry.h"
@@ -46,6 +47,7 @@ WorkerThreadOculus::~WorkerThreadOculus() = default;
 
 void WorkerThreadOculus::run()
 {
+    const KSignalStack signalStack;
     if (initialize()) {
         driveDevice();
         m_runtime.ovr_Shutdown();

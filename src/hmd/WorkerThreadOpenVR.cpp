@@ -1,5 +1,6 @@
 #include "hmd/WorkerThreadOpenVR.h"
 
+#include "foundation/KSignalStack.h"
 #include "hmd/EyeTarget.h"
 #include "hmd/HeadMotion.h"
 #include "hmd/KHmd.h"
@@ -32,6 +33,7 @@ WorkerThreadOpenVR::~WorkerThreadOpenVR() = default;
 
 void WorkerThreadOpenVR::run()
 {
+    const KSignalStack signalStack;
     if (m_runtime.open()) {
         if (checkHmdMode(true))
             serveDevice();

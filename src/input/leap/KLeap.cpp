@@ -4,6 +4,7 @@
 #include "app/Deployment.h"
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
+#include "foundation/KSignalStack.h"
 #include "input/hands/HandDevices.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
@@ -85,6 +86,7 @@ KLeap::~KLeap()
 
 void KLeap::run()
 {
+    const KSignalStack signalStack;
     m_tracker = m_makeTracker();
     if (!m_tracker)
         return;

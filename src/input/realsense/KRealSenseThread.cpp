@@ -1,5 +1,6 @@
 #include "input/realsense/KRealSenseThread.h"
 
+#include "foundation/KSignalStack.h"
 #include "input/realsense/DepthCamera.h"
 
 namespace {
@@ -72,6 +73,7 @@ void KRealSenseThread::put(DepthFrame frame)
 
 void KRealSenseThread::run()
 {
+    const KSignalStack signalStack;
     while (waitUntilWanted()) {
         DepthFrame frame;
         switch (m_camera->acquire(&frame)) {
