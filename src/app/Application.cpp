@@ -143,6 +143,21 @@ void Application::setHmd(std::unique_ptr<KHmd> hmd)
     m_hmd.swap(hmd);
 }
 
+QString Application::leapMotionSdkUrl() const
+{
+    return m_deployment->leapMotionSdkUrl;
+}
+
+QString Application::realSenseSdkUrl() const
+{
+    return m_deployment->realSenseSdkUrl;
+}
+
+QQuickView *Application::window() const
+{
+    return m_view.get();
+}
+
 QSize Application::maxTextureSize() const
 {
     return m_view ? m_view->maxTextureSize() : QSize(-1, -1);

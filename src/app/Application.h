@@ -34,6 +34,7 @@ class KVideoPlugin;
 class StillOptions;
 class KUdpSocket;
 class QOpenGLContext;
+class QQuickView;
 class SharedMemoryManager;
 struct Deployment;
 
@@ -80,6 +81,9 @@ public:
 
     /// The servers, identifiers and links of this build.
     const Deployment &deployment() const { return *m_deployment; }
+    /// Of these, what lower folders need: addresses, empty where this build has none.
+    QString leapMotionSdkUrl() const;
+    QString realSenseSdkUrl() const;
 
     /// Null in tests without one; otherwise outlives this object.
     CrashHandler *crashHandler() const { return m_crashHandler; }
@@ -94,6 +98,9 @@ public:
 
     /// Frames come from another program's shared memory instead of a player.
     bool sharedMemory() const { return m_sharedMemory; }
+
+    /// view() for whoever knows no more of it than that it is a window with a scene; null without.
+    QQuickView *window() const;
 
     /// Largest picture the driver takes, in pixels; (-1, -1) until the first frame.
     QSize maxTextureSize() const;

@@ -1,9 +1,7 @@
 #include "input/leap/KLeap.h"
 
 #include "app/Application.h"
-#include "app/Deployment.h"
 #include "app/KGlobalObject.h"
-#include "app/KQQuickView.h"
 #include "foundation/KSignalStack.h"
 #include "input/hands/HandDevices.h"
 #include "render/KShaderCodeBuilder.h"
@@ -12,6 +10,7 @@
 
 #include <QMouseEvent>
 #include <QQmlContext>
+#include <QQuickView>
 
 #include <algorithm>
 #include <cmath>
@@ -64,7 +63,7 @@ KLeap::KLeap(Application *application, TrackerMaker makeTracker)
     connect(application->settings(), &KSettings::settingsChanged, this, &KLeap::onSettingsChanged);
     if (const KShaderCodeBuilder *builder = application->shaderBuilder())
         connect(builder, &KShaderCodeBuilder::projectionChanged, this, &KLeap::onProjectionChanged);
-    if (const KQQuickView *view = application->view()) {
+    if (const QWindow *view = application->window()) {
         connect(view, &QWindow::widthChanged, this, &KLeap::resizeWidth);
         connect(view, &QWindow::heightChanged, this, &KLeap::resizeHeight);
         resizeWidth();
@@ -224,7 +223,7 @@ void KLeap::leapConnected(bool a)
         setLog(tr("Leap Motion Device found.\n"), {});
         showText(tr("Leap Motion Controller Connected"));
     } else {
-        const QString url = m_application->deployment().leapMotionSdkUrl;
+        const QString url = m_application->leapMotionSdkUrl();
         setLog(tr("Leap Motion device not found.\n\nWarning : Leap Motion SDK must be installed."),
                url.isEmpty() ? QString()
                              : QStringLiteral("<a href=\"%1\">%2</a>")
@@ -253,12 +252,12 @@ void KLeap::setActivated(bool activated)
 
 void KLeap::resizeWidth()
 {
-    m_options.window.setWidth(m_application->view()->width());
+    m_options.window.setWidth(m_application->window()->width());
 }
 
 void KLeap::resizeHeight()
 {
-    m_options.window.setHeight(m_application->view()->height());
+    m_options.window.setHeight(m_application->window()->height());
 }
 
 void KLeap::frameCaptured()
@@ -308,9 +307,9 @@ void KLeap::drawHands(const FingerList &fingers)
 
 QObject *KLeap::activeHeadset() const
 {
-    if (!m_application->view())
+    if (!m_application->window())
         return nullptr;
-    auto *headset = m_application->view()
+    auto *headset = m_application->window()
                         ->rootContext()
                         ->contextProperty(QStringLiteral("kHmdDevice"))
                         .value<QObject *>();
@@ -385,7 +384,7 @@ void KLeap::switchMenu(const HandActions &actions)
 
 void KLeap::driveMenu(const HandActions &actions)
 {
-    KQQuickView *view = m_application->view();
+    QQuickView *view = m_application->window();
     if (!view || (!menuState() && !m_pressing))
         return;
     const QPointF at(double(actions.pointer.x()), double(actions.pointer.y()));

@@ -1,7 +1,6 @@
 #include "input/realsense/KRealSense.h"
 
 #include "app/Application.h"
-#include "app/Deployment.h"
 #include "app/KGlobalObject.h"
 #include "input/hands/HandDevices.h"
 #include "input/realsense/DepthCameraStart.h"
@@ -53,7 +52,7 @@ void KRealSense::startCamera(const CameraMaker &makeCamera)
     m_camera = makeCamera();
     const DepthCameraStart start = DepthCameraStart::run(m_camera.get());
     m_logMessage = start.logMessage;
-    const QString url = m_application->deployment().realSenseSdkUrl;
+    const QString url = m_application->realSenseSdkUrl();
     if (start.driversMissing && !url.isEmpty())
         m_logLink = QStringLiteral("<a href=\"%1\">%2</a>")
                         .arg(url.toHtmlEscaped(), tr("Download the RealSense runtime"));
