@@ -73,6 +73,12 @@ keys s h
 picture debug-information
 finish
 
+start samples/turning.mp4
+keys space
+xdotool mousemove --window "$window" 620 535
+picture film
+finish
+
 start samples/samples.orpl
 xdotool mousemove --window "$window" 500 570
 picture playlist
