@@ -335,8 +335,8 @@ void Application::provideStills()
 
 void Application::initRenderer()
 {
-    const bool desktop = openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options) ==
-                         OpenGLFlavour::Desktop;
+    const bool desktop =
+        openGLFlavourOfThisRun(*m_settings->settingsManager(), m_options) == OpenGLFlavour::Desktop;
     if (!testAttribute(desktop ? Qt::AA_UseDesktopOpenGL : Qt::AA_UseOpenGLES))
         qWarning("The program was started with another OpenGL than its settings ask for.");
 }

@@ -128,8 +128,8 @@ public slots:
     void initHmdSdk();
     /// A headset works: brings up the interface inside it and switches it on.
     void initHmdUIManager();
-    /// Qt takes the flavour of OpenGL before this object exists; warns where main asked it for another
-    /// than this run's settings and options want.
+    /// Qt takes the flavour of OpenGL before this object exists; warns where main asked it for
+    /// another than this run's settings and options want.
     void initRenderer();
     /// The end of the window is the end of the program, by way of KGlobalObject::quit().
     void closeWindow();

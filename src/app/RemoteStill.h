@@ -14,9 +14,9 @@ public:
     /// Whether @p url is one of such a server.
     static bool isRemote(const QUrl &url);
 
-    /// Fetches @p url, blocking until all of it is there: half a minute of silence or a @p cancelled
-    /// turned true ends it. Follows redirects that do not leave https. Throws a KException with the
-    /// reason otherwise, and for more than kMaxBytes.
+    /// Fetches @p url, blocking until all of it is there: half a minute of silence or a @p
+    /// cancelled turned true ends it. Follows redirects that do not leave https. Throws a
+    /// KException with the reason otherwise, and for more than kMaxBytes.
     RemoteStill(const QUrl &url, const std::atomic<bool> &cancelled);
 
     /// The file, which lives as long as this object and has the suffix of the address.
