@@ -13,17 +13,64 @@ using namespace Orvex::MovParserLib;
 
 namespace {
 
+template <class T>
+T fresh()
+{
+    if constexpr (std::is_constructible_v<T, FourCC> && !std::is_same_v<T, UnparsedAtom>)
+        return T(fourcc("vide"));
+    else
+        return T();
+}
+
+template <class T>
+std::string dumpOf(const T &thing)
+{
+    std::string text;
+    thing.print(&text, 0);
+    return text;
+}
+
+/// What was read from @p bytes is written as these bytes, copies alike, and no part of them is
+/// taken for the whole.
+template <class T>
+void expectRoundTrip(T &thing, const Bytes &bytes)
+{
+    EXPECT_EQ(dumpOf(T(thing)), dumpOf(thing));
+    T assigned = fresh<T>();
+    if constexpr (std::is_base_of_v<MovAtom, T>)
+        static_cast<MovAtom &>(assigned) = static_cast<const MovAtom &>(thing);
+    else
+        static_cast<SampleDescription &>(assigned) = static_cast<const SampleDescription &>(thing);
+    EXPECT_EQ(dumpOf(assigned), dumpOf(thing));
+    for (size_t length = 0; length <= bytes.size(); ++length) {
+        Bytes part = bytes.substr(0, length);
+        FileBuffer source;
+        ASSERT_EQ(source.attach(quint32(length), part.data()), 0U);
+        T cut = fresh<T>();
+        EXPECT_EQ(cut.read(source) == 0, length == bytes.size()) << length;
+        Bytes written(length, '?');
+        FileBuffer target;
+        ASSERT_EQ(target.attach(quint32(length), written.data()), 0U);
+        EXPECT_EQ(thing.write(target) == 0, length == bytes.size()) << "into " << length;
+        if (length == bytes.size()) {
+            EXPECT_EQ(written, bytes);
+        } else {
+            EXPECT_EQ(source.position(), 0);
+        }
+    }
+}
+
 /// The lines of the dump behind the type, without indentation, joined by "|".
 template <class T>
 std::string fieldsOf(T &thing, const Bytes &bytes)
 {
     Bytes copy = bytes;
     FileBuffer buffer;
-    std::string text;
     if (buffer.attach(quint32(copy.size()), copy.data()) || thing.read(buffer) ||
         buffer.position() != qint64(copy.size()))
         return "not read";
-    thing.print(&text, 0);
+    expectRoundTrip(thing, bytes);
+    const std::string text = dumpOf(thing);
     std::string joined;
     const char *behind = std::is_base_of_v<MovAtom, T> ? "Type: " : "DataReferenceIndex: ";
     size_t at = text.find("\r\n", text.find(behind)) + 2;
@@ -40,7 +87,7 @@ template <class T>
 std::function<std::string(const Bytes &)> reads()
 {
     return [](const Bytes &bytes) {
-        T thing;
+        T thing = fresh<T>();
         return fieldsOf(thing, bytes);
     };
 }
@@ -205,6 +252,10 @@ TEST(Golden, FieldsStandWhereTheFormatPutsThem)
             {"TGMK", reads<OrvexSpotmarkTagAtom>(), "00000002 000005dd 00000007",
              "COUNT: 2|TAG: 1.501 sec|TAG: 0.7 sec"},
             {"UMID", reads<OrvexMediaUniqueIdAtom>(), "0102", "UMID: 0102"},
+            {"frma", reads<FormatAtom>(), "61626364", "?"},
+            {"free", reads<FreeAtom>(), "0000", "?"},
+            {"wide", reads<WideAtom>(), "", "?"},
+            {"abcd", reads<UnparsedAtom>(), "0102", "?"},
         },
         "01020304");
 }
@@ -252,6 +303,41 @@ TEST(Golden, EntriesOfDescriptionsStandWhereTheFormatPutsThem)
                   std::string::npos)
             << dump;
     }
+}
+
+TEST(Golden, AMovieOfEverythingIsWrittenAsItWasRead)
+{
+    const auto full = [](const char *type, size_t count) { return fullAtom(type, zeros(count)); };
+    const Bytes data = atom("dinf", fullAtom("dref", u32(1) + fullAtom("url ", "here")));
+    TrackParts video;
+    video.mediaHeader += data;
+    video.edits = atom("edts", fullAtom("elst", u32(1) + u32(2) + u32(3) + u32(4)));
+    video.extra = atom("tref", atom("tmcd", u32(2))) + atom("junk", "kept");
+    video.descriptionChildren = atom("pasp", u32(1) + u32(2)) + atom("fiel", "\x02\x06") +
+                                full("st3d", 1) +
+                                atom("sv3d", fullAtom("svhd", Bytes("pen") + '\0') +
+                                                 atom("proj", full("prhd", 12) + full("cbmp", 8)));
+    TrackParts sound;
+    sound.id = 2;
+    sound.handler = "soun";
+    sound.mediaHeader = full("smhd", 4) + data;
+    sound.tables =
+        stsd(atom("lpcm", zeros(6) + u16(1) + u16(1) + zeros(34) +
+                              atom("wave", atom("frma", "lpcm") + atom("enda", u16(1)))));
+    TrackParts timeCode;
+    timeCode.id = 3;
+    timeCode.handler = "tmcd";
+    timeCode.mediaHeader =
+        atom("gmhd", full("gmin", 12) + atom("tmcd", fullAtom("tcmi", zeros(20) + u8(1) + "A")));
+    timeCode.tables = stsd("", 0);
+    const Bytes bytes = movie(track(video) + track(sound) + track(timeCode) +
+                              atom("udta", atom("FRMW", "1") + atom("junk", "also")));
+    Bytes copy = bytes;
+    FileBuffer buffer;
+    MovieAtom thing;
+    ASSERT_EQ(buffer.attach(quint32(copy.size()), copy.data()), 0U);
+    ASSERT_EQ(thing.read(buffer), 0U);
+    expectRoundTrip(thing, bytes);
 }
 
 TEST(Golden, AFileTypeWritesItsBrands)

@@ -134,6 +134,31 @@ Item {
             player.position = 59500
         }
 
+        // Each has a name for those who hear the interface.
+        function reached(item) {
+            if (!item.visible || !item.enabled)
+                return 0
+            var count = item.activeFocusOnTab ? 1 : 0
+            verify(count === 0 || item.Accessible.name, item + " " + item.objectName)
+            for (var i = 0; i < item.children.length; ++i)
+                count += reached(item.children[i])
+            return count
+        }
+        function test_keys() {
+            kGlobalObject.adobePlugin = false
+            compare(reached(bar), 11)
+            var timeline = child("timeline")
+            timeline.forceActiveFocus()
+            compare(bar.state, "On")
+            player.position = 1800000
+            keyClick(Qt.Key_Right)
+            keyClick(Qt.Key_Left)
+            compare(root.taken(), ["seek 1980000", "seek 1620000"])
+            keyClick(Qt.Key_Escape)
+            verify(!bar.activeFocus)
+            player.position = 59500
+        }
+
         function test_volumeAndMute() {
             bar.mouseIsInTriggerArea = true
             tryCompare(bar.anchors, "bottomMargin", 0)

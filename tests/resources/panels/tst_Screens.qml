@@ -4,8 +4,9 @@ import com.vedra.kontrols 1.0
 import "qrc:/qml"
 import "qrc:/qml/popup"
 
-// Every page and popup in small and large windows: nothing is cut off. The pictures stay in the
-// build folder, to be looked at.
+// Every page and popup in small and large windows: nothing is cut off, and whatever the Tab key
+// reaches has a name for those who hear the interface. The pictures stay in the build folder, to be
+// looked at.
 Item {
     id: root
 
@@ -58,10 +59,28 @@ Item {
             for (var i = 0; i < item.children.length; ++i)
                 checkInside(item.children[i], name)
         }
-        function check(item, name) {
-            wait(250) // animations
-            grabImage(root).save(screenshotFolder + "/" + name + "_" + root.width + ".png")
-            checkInside(item, name)
+        // How many the Tab key reaches below an item; each must have a name.
+        function reached(item) {
+            if (!item.visible || !item.enabled)
+                return 0
+            var count = item.activeFocusOnTab ? 1 : 0
+            verify(count === 0 || item.Accessible.name, item + " " + item.objectName)
+            for (var i = 0; i < item.children.length; ++i)
+                count += reached(item.children[i])
+            return count
+        }
+        // For each size of the window, with the item that show() gives.
+        function check(name, controls, show, hide) {
+            for (var s = 0; s < root.sizes.length; ++s) {
+                root.width = root.sizes[s][0]
+                root.height = root.sizes[s][1]
+                var item = show()
+                wait(250) // animations
+                grabImage(root).save(screenshotFolder + "/" + name + "_" + root.width + ".png")
+                checkInside(item, name)
+                verify(reached(item) >= controls, name)
+                hide()
+            }
         }
 
         function test_pages_data() {
@@ -73,46 +92,39 @@ Item {
             kGlobalObject.custom = data.custom === true
             kSettings.set("application/communication/state", data.role || "off")
             kSettings.set("application/communication/ipMode", "custom")
-            var list = findChild(settings, "categoriesList")
-            for (var s = 0; s < root.sizes.length; ++s) {
-                root.width = root.sizes[s][0]
-                root.height = root.sizes[s][1]
-                settings.state = "Off"
+            check(data.tag + (data.role || "") + (data.custom ? "Custom" : ""), 3, function() {
                 settings.state = "On"
+                var list = findChild(settings, "categoriesList")
                 for (var i = 0; i < settings.categories.length; ++i) {
                     if (settings.categories[i].id === data.tag)
                         list.currentIndex = i
                 }
                 list.forceActiveFocus()
-                check(settings, data.tag + (data.role || "") + (data.custom ? "Custom" : ""))
-            }
-            settings.state = "Off"
+                return settings
+            }, function() { settings.state = "Off" })
             kGlobalObject.custom = false
         }
 
         function test_popups_data() {
-            return [{ tag: "PopupOpenFile" }, { tag: "PopupAbout" }, { tag: "PopupAboutThirdParty" },
-                    { tag: "PopupStereoConfig" }, { tag: "PopupAudioSync" }, { tag: "PopupSoftwareLog" },
-                    { tag: "PopupSoftwareCommunication" }, { tag: "PopupUpdateAvailable" }]
+            return [{ tag: "PopupOpenFile", controls: 2 }, { tag: "PopupAbout", controls: 1 },
+                    { tag: "PopupAboutThirdParty", controls: 1 },
+                    { tag: "PopupStereoConfig", controls: 6 },
+                    { tag: "PopupAudioSync", controls: 1 }, { tag: "PopupSoftwareLog", controls: 0 },
+                    { tag: "PopupSoftwareCommunication", controls: 2 },
+                    { tag: "PopupUpdateAvailable", controls: 1 }]
         }
         function test_popups(data) {
             kSettings.set("application/communication/state", "master")
-            for (var s = 0; s < root.sizes.length; ++s) {
-                root.width = root.sizes[s][0]
-                root.height = root.sizes[s][1]
+            check(data.tag, data.controls, function() {
                 popup.load("qrc:/qml/popup/" + data.tag + ".qml")
                 tryVerify(function() { return findChild(popup, "popupLoader").item !== null })
-                check(popup, data.tag)
-                popup.onClose()
-            }
+                return popup
+            }, popup.onClose)
         }
 
         function test_leapOptions() {
-            for (var s = 0; s < root.sizes.length; ++s) {
-                root.width = root.sizes[s][0]
-                root.height = root.sizes[s][1]
-                check(createTemporaryObject(leapOptions, root), "PopupLeapOptions")
-            }
+            check("PopupLeapOptions", 2,
+                  function() { return createTemporaryObject(leapOptions, root) }, function() {})
         }
     }
 }
