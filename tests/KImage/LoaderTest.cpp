@@ -3,11 +3,8 @@
 #include "KImage/KImage.h"
 #include "KImage/Pictures.h"
 
-#include <QTextStream>
-
 #include <functional>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -20,6 +17,14 @@ LoadRequest fittedInto(const QSize &limit, PixelFormat format = PixelFormat::Rgb
     return request;
 }
 
+/// Whole, in the file's own format.
+LoadRequest native()
+{
+    LoadRequest request;
+    request.format = std::nullopt;
+    return request;
+}
+
 /// Red, green, blue and alpha at a point of an 8-bit RGBA bitmap.
 QVector<int> pixel(const KBitmap &bitmap, int x, int y)
 {
@@ -27,20 +32,13 @@ QVector<int> pixel(const KBitmap &bitmap, int x, int y)
     return {p[0], p[1], p[2], p[3]};
 }
 
-bool near(const QVector<int> &a, const QVector<int> &b, int tolerance)
+testing::AssertionResult near(const QVector<int> &a, const QVector<int> &b, int tolerance)
 {
     for (int i = 0; i < 4; ++i) {
         if (std::abs(a.at(i) - b.at(i)) > tolerance)
-            return false;
+            return testing::AssertionFailure() << "channel " << i << " is " << a.at(i);
     }
-    return true;
-}
-
-std::string text(const QVector<int> &p)
-{
-    QString s;
-    QTextStream(&s) << p[0] << ' ' << p[1] << ' ' << p[2] << ' ' << p[3];
-    return s.toStdString();
+    return testing::AssertionSuccess();
 }
 
 /// A PNG that holds no more than a header, of these sides and their CRC in hexadecimal digits.
@@ -99,20 +97,16 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
         ASSERT_EQ(whole.size(), QSize(64, 32));
         // Float files hold linear light, in which the tool's 128 is a brighter 188.
         const QVector<int> orange{255, row.linear ? 188 : 128, 0, 255};
-        EXPECT_TRUE(near(pixel(whole, 8, 16), orange, row.tolerance)) << text(pixel(whole, 8, 16));
-        EXPECT_TRUE(near(pixel(whole, 56, 16), {0, 0, 255, 255}, row.tolerance * 2))
-            << text(pixel(whole, 56, 16));
+        EXPECT_TRUE(near(pixel(whole, 8, 16), orange, row.tolerance));
+        EXPECT_TRUE(near(pixel(whole, 56, 16), {0, 0, 255, 255}, row.tolerance * 2));
 
         KBitmap small;
         ASSERT_EQ(ImageLoader::load(path, fittedInto(QSize(16, 16)), small), ImageError::None);
         ASSERT_EQ(small.size(), QSize(16, 8));
-        EXPECT_TRUE(near(pixel(small, 2, 4), orange, row.tolerance + 8))
-            << text(pixel(small, 2, 4));
+        EXPECT_TRUE(near(pixel(small, 2, 4), orange, row.tolerance + 8));
 
-        LoadRequest native;
-        native.format = std::nullopt;
         KBitmap own;
-        ASSERT_EQ(ImageLoader::load(path, native, own), ImageError::None);
+        ASSERT_EQ(ImageLoader::load(path, native(), own), ImageError::None);
         EXPECT_EQ(own.size(), QSize(64, 32));
         EXPECT_EQ(isFloat(own.format()), row.linear);
     }
@@ -126,9 +120,8 @@ TEST(Loader, ColoursGoThroughTheFilesProfile)
         pictures.run("vips", {"icc_transform", "a.png", name, "p3", "--input-profile", "srgb"});
         ASSERT_NE(pictures.run("convert", {name, "-format", "%[fx:int(255*p{1,1}.g)]", "info:"}),
                   "100");
-        LoadRequest native;
-        native.format = std::nullopt;
-        for (const LoadRequest &request : {native, fittedInto(QSize()), fittedInto(QSize(8, 8))}) {
+        for (const LoadRequest &request :
+             {native(), fittedInto(QSize()), fittedInto(QSize(8, 8))}) {
             KBitmap bitmap;
             ASSERT_EQ(ImageLoader::load(pictures.path(name), request, bitmap), ImageError::None);
             const QVector<int> expected{200, 100, 50};
@@ -170,7 +163,7 @@ TEST(Loader, AlphaGrayAndLinearLight)
         for (const QSize &limit : {QSize(), QSize(4, 4)}) {
             KBitmap bitmap;
             ASSERT_EQ(ImageLoader::load(row.path, fittedInto(limit), bitmap), ImageError::None);
-            EXPECT_TRUE(near(pixel(bitmap, 1, 1), row.expected, 2)) << text(pixel(bitmap, 1, 1));
+            EXPECT_TRUE(near(pixel(bitmap, 1, 1), row.expected, 2));
         }
     }
 }
@@ -193,10 +186,8 @@ TEST(Loader, OrientationTurnsThePictureUpright)
             ImageInfo info;
             ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
             EXPECT_EQ(info.size, upright.size());
-            LoadRequest native;
-            native.format = std::nullopt;
             for (const LoadRequest &request :
-                 {fittedInto(QSize()), fittedInto(upright.size() / 2), native}) {
+                 {fittedInto(QSize()), fittedInto(upright.size() / 2), native()}) {
                 KBitmap loaded;
                 ASSERT_EQ(ImageLoader::load(path, request, loaded), ImageError::None);
                 ASSERT_EQ(loaded.width() * upright.height(), loaded.height() * upright.width());
@@ -259,10 +250,8 @@ TEST(Loader, CameraRawsFollowTheirOptions)
         }
     }
 
-    LoadRequest native;
-    native.format = std::nullopt;
     KBitmap deep;
-    ASSERT_EQ(ImageLoader::load(path, native, deep), ImageError::None);
+    ASSERT_EQ(ImageLoader::load(path, native(), deep), ImageError::None);
     EXPECT_EQ(deep.format(), PixelFormat::Rgb16);
 }
 
@@ -300,22 +289,14 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
                                     "height='100000'/>"),
          ImageError::NoMemory},
     };
-    struct rusage before
-    {
-    };
-    getrusage(RUSAGE_SELF, &before);
+    const long before = test::peakMegabytes();
     for (const auto &row : rows) {
         SCOPED_TRACE(row.path.toStdString());
         KBitmap bitmap;
         EXPECT_EQ(ImageLoader::load(row.path, fittedInto(QSize(64, 64)), bitmap), row.error);
         EXPECT_FALSE(bitmap.isValid());
     }
-    struct rusage after
-    {
-    };
-    getrusage(RUSAGE_SELF, &after);
-    constexpr long kKilobytes = 64 * 1024;
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, kKilobytes);
+    EXPECT_LT(test::peakMegabytes() - before, 64);
 
     // What is there of a picture is shown.
     KBitmap half;

@@ -9,8 +9,6 @@
 
 #include <cmath>
 
-#include <sys/resource.h>
-
 namespace {
 
 using MetadataText::kUnreadable;
@@ -281,17 +279,10 @@ TEST(MetadataReader, AHundredMegabytesOfXmpCostNoMore)
     const QByteArray png = pictures.read("head.png").left(kHeaderBytes) + big(text.size()) +
                            "iTXt" + text + big(0) + pictures.read("head.png").mid(kHeaderBytes);
     const QString paths[] = {pictures.write("a.tif", tiff), pictures.write("a.png", png)};
-    const auto peak = [] {
-        struct rusage usage
-        {
-        };
-        getrusage(RUSAGE_SELF, &usage);
-        return usage.ru_maxrss / 1024;
-    };
-    const long before = peak();
+    const long before = test::peakMegabytes();
     for (const QString &path : paths) {
         EXPECT_FALSE(MetadataReader::read(path)) << path.toStdString();
         EXPECT_EQ(MetadataGuard::packetsWithinBounds(path), path.endsWith("png"));
     }
-    EXPECT_LT(peak() - before, 150) << "megabytes";
+    EXPECT_LT(test::peakMegabytes() - before, 150);
 }

@@ -12,7 +12,19 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 namespace test {
+
+/// The most memory that this process has held so far.
+inline long peakMegabytes()
+{
+    struct rusage usage
+    {
+    };
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
 
 class Pictures
 {

@@ -44,6 +44,23 @@ Bytes legacy(const Bytes &text)
     return atom("uuid", zeros(16) + text);
 }
 
+void expectSphere(const MovFileReader &reader, Status status, quint32 projection, quint32 stereo,
+                  const std::array<float, 3> &angles, const Bytes &tool)
+{
+    quint32 foundProjection = 99;
+    quint32 foundStereo = 99;
+    std::array<float, 3> found = {99, 99, 99};
+    std::string foundTool = "before";
+    EXPECT_EQ(reader.getProjection(&foundProjection), status);
+    EXPECT_EQ(reader.getStereoMode(&foundStereo), status);
+    EXPECT_EQ(reader.getInitialOrientation(&found[0], &found[1], &found[2]), status);
+    EXPECT_EQ(reader.getWritingTool(foundTool), status);
+    EXPECT_EQ(foundProjection, projection);
+    EXPECT_EQ(foundStereo, stereo);
+    EXPECT_EQ(found, angles);
+    EXPECT_EQ(foundTool, tool);
+}
+
 const Bytes kEqui = fullAtom("equi", zeros(16));
 const Bytes kCube = fullAtom("cbmp", zeros(8));
 
@@ -71,91 +88,53 @@ TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
         parts.extra = extra;
         return parts;
     };
+    const auto sphere = [&described](const Bytes &projection) {
+        return described(sv3d(projection));
+    };
+    const Bytes terminated = Bytes("tool") + '\0';
+    const std::array<float, 3> none = {0, 0, 0};
     const struct
     {
         const char *what;
         TrackParts parts;
         Status status;
-        quint32 projection;
-        quint32 stereo;
+        quint32 projection, stereo;
         std::array<float, 3> angles;
         Bytes tool;
     } rows[] = {
-        {"equirectangular",
-         described(st3d2 + sv3d(prhd(0x005A0000, 0, 0) + kEqui)),
+        {"turned",
+         described(st3d2 + sv3d(prhd(90 << 16, 0, 0) + kEqui)),
          0,
          1,
          1,
-         {90, 0, 0},
-         Bytes("tool") + '\0'},
+         {90},
+         terminated},
         {"whole degrees toward zero",
-         described(sv3d(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui)),
+         sphere(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui),
          0,
          1,
          0,
          {90, -30, 0},
-         Bytes("tool") + '\0'},
-        {"cube map, top-bottom",
-         described(sv3d(prhd(0, 0, 0) + kCube) + fullAtom("st3d", u8(1))),
-         0,
-         256,
-         2,
-         {0, 0, 0},
-         Bytes("tool") + '\0'},
-        {"the last projection",
-         described(sv3d(kEqui + kCube)),
-         0,
-         256,
-         0,
-         {0, 0, 0},
-         Bytes("tool") + '\0'},
-        {"the last projection again",
-         described(sv3d(kCube + kEqui)),
-         0,
-         1,
-         0,
-         {0, 0, 0},
-         Bytes("tool") + '\0'},
-        {"another projection",
-         described(sv3d(kEqui + atom("mshp", "abc"))),
-         0,
-         0,
-         0,
-         {0, 0, 0},
-         Bytes("tool") + '\0'},
-        {"the last sphere", described(sv3d(kEqui) + atom("sv3d", "")), 0, 0, 0, {0, 0, 0}, ""},
-        {"an unknown stereo mode", described(fullAtom("st3d", u8(3))), 0, 0, 0, {0, 0, 0}, ""},
-        {"a tool without terminator",
-         described(atom("sv3d", fullAtom("svhd", "ab"))),
-         0,
-         0,
-         0,
-         {0, 0, 0},
-         "ab"},
-        {"a description silences the text", described("", legacy(text)), 0, 0, 0, {0, 0, 0}, ""},
-        {"the first text alone", legacyOnly, 0, 1, 1, {0, 0, 0}, "S1"},
-        {"text up to its zero byte", topBottom, 0, 1, 2, {0, 0, 0}, ""},
-        {"a tag at the start is not found", tagFirst, 0, 1, 0, {0, 0, 0}, ""},
-        {"neither", bare, 0x40002, 0, 0, {0, 0, 0}, ""},
+         terminated},
+        {"top-bottom", described(sv3d(kCube) + fullAtom("st3d", u8(1))), 0, 256, 2, none,
+         terminated},
+        {"the last projection", sphere(kEqui + kCube), 0, 256, 0, none, terminated},
+        {"the last again", sphere(kCube + kEqui), 0, 1, 0, none, terminated},
+        {"another projection", sphere(kEqui + atom("mshp", "abc")), 0, 0, 0, none, terminated},
+        {"the last sphere", described(sv3d(kEqui) + atom("sv3d", "")), 0, 0, 0, none, ""},
+        {"an unknown stereo mode", described(fullAtom("st3d", u8(3))), 0, 0, 0, none, ""},
+        {"no terminator", described(atom("sv3d", fullAtom("svhd", "ab"))), 0, 0, 0, none, "ab"},
+        {"a description silences the text", described("", legacy(text)), 0, 0, 0, none, ""},
+        {"the first text alone", legacyOnly, 0, 1, 1, none, "S1"},
+        {"text up to its zero byte", topBottom, 0, 1, 2, none, ""},
+        {"a tag at the start is not found", tagFirst, 0, 1, 0, none, ""},
+        {"neither", bare, 0x40002, 0, 0, none, ""},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.what);
         const Opened file(movie(track(row.parts)));
         ASSERT_EQ(file.status, 0U);
-        quint32 projection = 99;
-        quint32 stereo = 99;
-        float yaw = 99;
-        float pitch = 99;
-        float roll = 99;
-        std::string tool = "before";
-        EXPECT_EQ(file.reader.getProjection(&projection), row.status);
-        EXPECT_EQ(file.reader.getStereoMode(&stereo), row.status);
-        EXPECT_EQ(file.reader.getInitialOrientation(&yaw, &pitch, &roll), row.status);
-        EXPECT_EQ(file.reader.getWritingTool(tool), row.status);
-        EXPECT_EQ(projection, row.projection);
-        EXPECT_EQ(stereo, row.stereo);
-        EXPECT_EQ((std::array<float, 3>{yaw, pitch, roll}), row.angles);
-        EXPECT_EQ(tool, row.tool);
+        expectSphere(file.reader, row.status, row.projection, row.stereo, row.angles, row.tool);
     }
 }
 
@@ -173,19 +152,7 @@ TEST_F(Answers, SettersAreReadBack)
     ASSERT_EQ(buffer.attach(quint32(bytes.size()), bytes.data()), 0U);
     ASSERT_EQ(written.write(buffer), 0U);
     const Opened again(bytes);
-    quint32 value = 0;
-    float yaw = 0;
-    float pitch = 0;
-    float roll = 0;
-    std::string tool;
-    ASSERT_EQ(again.reader.getProjection(&value), 0U);
-    EXPECT_EQ(value, 256U);
-    ASSERT_EQ(again.reader.getStereoMode(&value), 0U);
-    EXPECT_EQ(value, 2U);
-    ASSERT_EQ(again.reader.getInitialOrientation(&yaw, &pitch, &roll), 0U);
-    EXPECT_EQ((std::array<float, 3>{yaw, pitch, roll}), (std::array<float, 3>{180, -90, -12}));
-    ASSERT_EQ(again.reader.getWritingTool(tool), 0U);
-    EXPECT_EQ(tool, Bytes("pen") + '\0');
+    expectSphere(again.reader, 0, 256, 2, {180, -90, -12}, Bytes("pen") + '\0');
 
     sphericalVideoLegacyAtom text;
     text.setStereoMode(LeftRight);

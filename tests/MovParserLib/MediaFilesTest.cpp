@@ -53,6 +53,17 @@ protected:
     QTemporaryDir folder;
 };
 
+/// Writes @p movie where the file stands and closes it.
+void append(QFile &file, MovieAtom &movie)
+{
+    Bytes bytes(size_t(movie.computeSize()), '\0');
+    FileBuffer buffer;
+    EXPECT_EQ(buffer.attach(quint32(bytes.size()), bytes.data()), 0U);
+    EXPECT_EQ(movie.write(buffer), 0U);
+    EXPECT_EQ(file.write(bytes.data(), qint64(bytes.size())), qint64(bytes.size()));
+    file.close();
+}
+
 /// What ffprobe says of the first stream of a kind: the values of @p entries in their order.
 QStringList probe(const QString &path, const QString &stream, const QString &entries)
 {
@@ -189,12 +200,7 @@ TEST_F(MediaFiles, TheSphereThatFfmpegCopiesIsRead)
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     ASSERT_TRUE(file.resize(qint64(reader.movieOffset())));
     file.seek(file.size());
-    Bytes bytes(size_t(movie.computeSize()), '\0');
-    FileBuffer buffer;
-    ASSERT_EQ(buffer.attach(quint32(bytes.size()), bytes.data()), 0U);
-    ASSERT_EQ(movie.write(buffer), 0U);
-    ASSERT_EQ(file.write(bytes.data(), qint64(bytes.size())), qint64(bytes.size()));
-    file.close();
+    append(file, movie);
     const QString sideData =
         run(QStringLiteral("ffprobe"), QStringLiteral("-v error -show_streams %1").arg(plain));
     EXPECT_TRUE(sideData.contains(QStringLiteral("projection=equirectangular"))) << "by ffprobe";
@@ -246,12 +252,7 @@ TEST_F(MediaFiles, FiveGigabytesOpenAtTheirMovie)
     file.seek(qint64(shift));
     file.write(content.left(int(reader.movieOffset())));
     file.seek(16 + qint64(mediaSize));
-    Bytes bytes(size_t(movie.computeSize()), '\0');
-    FileBuffer buffer;
-    ASSERT_EQ(buffer.attach(quint32(bytes.size()), bytes.data()), 0U);
-    ASSERT_EQ(movie.write(buffer), 0U);
-    ASSERT_EQ(file.write(bytes.data(), qint64(bytes.size())), qint64(bytes.size()));
-    file.close();
+    append(file, movie);
 
     MovFileReader again;
     ASSERT_EQ(again.open(large), 0U);

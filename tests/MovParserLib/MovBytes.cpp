@@ -69,10 +69,10 @@ Bytes stsd(const Bytes &entry, quint32 count)
 
 Bytes defaultTables(const Bytes &descriptionChildren)
 {
-    return stsd(videoEntry(descriptionChildren)) + fullAtom("stts", u32(1) + u32(3) + u32(100)) +
+    return stsd(videoEntry(descriptionChildren)) +
            fullAtom("stsz", u32(0) + u32(3) + u32(10) + u32(20) + u32(30)) +
            fullAtom("stsc", u32(1) + u32(1) + u32(3) + u32(1)) +
-           fullAtom("stco", u32(1) + u32(4096));
+           fullAtom("stco", u32(1) + u32(4096)) + fullAtom("stts", u32(1) + u32(3) + u32(100));
 }
 
 Bytes track(const TrackParts &parts)

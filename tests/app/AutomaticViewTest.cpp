@@ -37,13 +37,12 @@ using namespace Orvex::MovParserLib;
 
 constexpr QSize kFrame(512, 256);
 
-/// What a file says of its sphere; nothing with tagged off.
+/// What a file says of its sphere; nothing without a projection.
 struct Tags
 {
-    bool tagged;
-    Projection projection;
-    quint32 stereo;
-    float yaw, pitch, roll; ///< degrees
+    Projection projection = NoProjection;
+    quint32 stereo = 0;
+    CameraAngles degrees;
 };
 
 void tool(const QString &program, const QStringList &arguments)
@@ -88,12 +87,13 @@ protected:
         tool("ffmpeg", {"-v", "error", "-loop", "1", "-i", png, "-t", "20", "-r", "5", "-pix_fmt",
                         "yuv420p", "-c:v", "libx264", "-qp", "0", path});
         MovFileReader reader;
-        if (!tags.tagged || reader.open(path) != 0)
+        if (tags.projection == NoProjection || reader.open(path) != 0)
             return path;
         MovieAtom movie = reader.movie();
         TrackAtom &track = *movie.tracks[0];
         EXPECT_EQ(track.setProjection(tags.projection) | track.setStereoMode(tags.stereo) |
-                      track.setInitialOrientation(tags.yaw, tags.pitch, tags.roll) |
+                      track.setInitialOrientation(tags.degrees.yaw, tags.degrees.pitch,
+                                                  tags.degrees.roll) |
                       track.setWritingTool("builder"),
                   0U);
         // The movie stands behind the media, so it may grow in place.
@@ -155,19 +155,8 @@ protected:
         test::PanoramaReference reference;
         reference.key.projectionSource = projection;
         reference.key.stereoMode = stereo;
-        PanoramaUniforms &u = reference.uniforms;
-        u.viewport = viewportParameters(panorama().size(), EyeLayout::Single, 1.0);
-        u.matViewInverse = CameraMath::matrixFromAngles(angles);
-        u.fov = projection == B::STANDARD ? 180 : 90;
-        u.cameraYaw = angles.yaw;
-        u.cameraPitch = angles.pitch;
-        u.yawMin = -CameraMath::kPi;
-        u.yawMax = CameraMath::kPi;
-        u.pitchMin = -CameraMath::kPi / 2;
-        u.pitchMax = CameraMath::kPi / 2;
-        const shader::OrvexParameters orvex = shader::orvexParameters(u.fov);
-        u.projScale = orvex.scale;
-        u.projectionDistance = orvex.distance;
+        const float fov = projection == B::STANDARD ? 180 : 90;
+        reference.uniforms = test::uniformsFor(panorama().size(), fov, angles);
         return reference;
     }
 
@@ -229,26 +218,11 @@ TEST_F(AutomaticView, FilmsOpenTheWayTheyAreTagged)
         const char *report;
     } rows[] = {
         {"cube",
-         {true, CubeMap, 2, 30, -20, 10},
+         {CubeMap, 2, {30, -20, 10}},
          B::CUBEMAP,
          B::STEREO_3D_OVERUNDER,
          "Projection : Cubemap \nStereoscopy : Over under \nWriting Tool : builder \n"},
-        {"sphere",
-         {true, Equirectangular, 0, 0, 0, 0},
-         B::EQUIRECTANGULAR,
-         B::STEREO_2D,
-         "Projection : Equirectangular \nStereoscopy : None \nWriting Tool : builder \n"},
-        {"beside",
-         {true, Equirectangular, 1, -100, 15, 0},
-         B::EQUIRECTANGULAR,
-         B::STEREO_3D_SIDEBYSIDE,
-         "Projection : Equirectangular \nStereoscopy : Side by side \nWriting Tool : builder \n"},
-        {"flat",
-         {false, NoProjection, 0, 0, 0, 0},
-         B::STANDARD,
-         B::STEREO_2D,
-         "Projection : Standard \nStereoscopy : None \n"},
-    };
+        {"flat", {}, B::STANDARD, B::STEREO_2D, "Projection : Standard \nStereoscopy : None \n"}};
     const QImage pattern = grayPattern();
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
@@ -259,8 +233,9 @@ TEST_F(AutomaticView, FilmsOpenTheWayTheyAreTagged)
         EXPECT_EQ(builder->stereoMode(), row.stereo);
         EXPECT_EQ(camera->fov(), row.projection == B::STANDARD ? 180 : 90);
         const float radians = CameraMath::kPi / 180;
-        const CameraAngles angles{row.tags.yaw * radians, row.tags.pitch * radians,
-                                  row.tags.roll * radians};
+        const CameraAngles &degrees = row.tags.degrees;
+        const CameraAngles angles{degrees.yaw * radians, degrees.pitch * radians,
+                                  degrees.roll * radians};
         EXPECT_NEAR(camera->yaw(), angles.yaw, 1e-5);
         EXPECT_NEAR(camera->pitch(), angles.pitch, 1e-5);
         EXPECT_NEAR(camera->roll(), angles.roll, 1e-5);

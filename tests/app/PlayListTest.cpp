@@ -1,3 +1,4 @@
+#include "MovParserLib/MovBytes.h"
 #include "app/Application.h"
 #include "app/KGlobalObject.h"
 #include "app/PlayListReader.h"
@@ -28,6 +29,8 @@ class Loader : public QObject
 public:
     QObject *mediaPlayer() { return &m_player; }
     QStringList calls;
+    /// Has the metadata of what opens read, as the scene's loader does.
+    KGlobalObject *reader = nullptr;
 
     Q_INVOKABLE void processFileSource(const QVariant &source, const QVariant &clear,
                                        const QVariant &error, const QVariant &drop)
@@ -37,6 +40,8 @@ public:
                               clear.toBool() ? QStringLiteral(" clear") : QString(),
                               error.toString().isEmpty() ? QString() : " !" + error.toString(),
                               drop.toBool() ? QStringLiteral(" drop") : QString()));
+        if (reader)
+            reader->readMetaData(source);
     }
     Q_INVOKABLE void destroyVideoPlayer() { calls.append("destroy"); }
     Q_INVOKABLE void play() { calls.append("play"); }
@@ -272,6 +277,63 @@ TEST_F(PlayList, StillsAdvanceByTheirTimer)
         EXPECT_TRUE(QTest::qWaitFor([&] { return !loader.calls.isEmpty(); }, 5000));
         EXPECT_EQ(taken(), QStringList{mode == KGlobalObject::NoLoop ? "stop" : "play"});
     }
+}
+
+TEST_F(PlayList, AFilmIsSeenAsItTellsWhereTheSettingsAreAutomatic)
+{
+    using namespace test;
+    using K = KShaderCodeBuilder;
+    const auto film = [](const Bytes &description) {
+        TrackParts parts;
+        parts.descriptionChildren = description;
+        return movie(track(parts));
+    };
+    const auto sphere = [](const Bytes &projection) {
+        const Bytes turned = fullAtom("prhd", u32(90U << 16) + zeros(8));
+        return atom("sv3d", fullAtom("svhd", zeros(1)) + atom("proj", turned + projection));
+    };
+    const Bytes overUnder = fullAtom("st3d", u8(1));
+    const Bytes plain = film(""), cube = film(overUnder + sphere(fullAtom("cbmp", zeros(8))));
+    const Bytes equi = film(overUnder + sphere(fullAtom("equi", zeros(16))));
+    const struct
+    {
+        const char *name;
+        Bytes bytes;
+        const char *listed; // the playlist's stereo mode; null: opened alone
+        int projection, stereo;
+        float yaw, fov; // degrees
+    } rows[] = {
+        {"cube.mp4", cube, nullptr, K::CUBEMAP, K::STEREO_3D_OVERUNDER, 90, 90},
+        {"plain.mov", plain, nullptr, K::STANDARD, K::STEREO_2D, 0, 180},
+        {"listed.mp4", equi, "SideBySide", K::EQUIRECTANGULAR, K::STEREO_3D_SIDEBYSIDE, 90, 90},
+        {"silent.mp4", equi, "", K::EQUIRECTANGULAR, K::STEREO_3D_OVERUNDER, 90, 90},
+        // What tells nothing is a panorama: a damaged film, a stream's form, a picture.
+        {"cut.mp4", cube.substr(0, 60), nullptr, K::EQUIRECTANGULAR, K::STEREO_2D, 0, 90},
+        {"film.mkv", "no atoms", nullptr, K::EQUIRECTANGULAR, K::STEREO_2D, 0, 90},
+        {"still.jpg", cube, nullptr, K::EQUIRECTANGULAR, K::STEREO_2D, 0, 90},
+        {"chosen.mp4", cube, nullptr, K::FISHEYE_CIRCLE, K::STEREO_3D_SIDEBYSIDE_INVERTED, 90, 90}};
+    application->setShaderBuilder(std::make_unique<K>(application));
+    loader.reader = list;
+    testing::internal::CaptureStderr(); // the parser's own words about the damaged ones
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const bool chosen = row.projection == K::FISHEYE_CIRCLE;
+        KSettings *settings = application->settings();
+        settings->set("instance/input/projection", chosen ? row.projection : int(K::AUTO));
+        settings->set("instance/input/stereoscopy", chosen ? row.stereo : int(K::STEREO_AUTO));
+        QString opened = write(row.name, QByteArray::fromStdString(row.bytes));
+        if (row.listed) {
+            const auto json = QStringLiteral(R"([{"media":"%1","stereo":"%2"},{"media":"x.mp4"}])");
+            opened = write("list.orpl", json.arg(row.name, row.listed).toUtf8());
+        }
+        list->openFile(opened);
+        EXPECT_EQ(application->shaderBuilder()->projectionSource(), row.projection);
+        EXPECT_EQ(application->shaderBuilder()->stereoMode(), row.stereo);
+        EXPECT_NEAR(list->yaw(), row.yaw * 3.14159265F / 180, 1e-4);
+        EXPECT_EQ(list->fov(), row.fov);
+    }
+    testing::internal::GetCapturedStderr();
+    application->setShaderBuilder(nullptr);
 }
 
 TEST_F(PlayList, EndingDestroysThePlayerFirst)

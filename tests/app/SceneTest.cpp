@@ -86,7 +86,13 @@ protected:
             << qPrintable(path);
     }
 
-    int status() const { return camera->mediaPlayer()->property("playerStatus").toInt(); }
+    QString write(const QString &name, const QByteArray &bytes = "x") const
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
 
     void drag(const QPoint &from, const QList<QPoint> &path)
     {
@@ -126,6 +132,7 @@ protected:
         return text;
     }
 
+    const QTemporaryDir folder;
     static inline std::unique_ptr<test::HttpServer> updates;
     static inline std::unique_ptr<test::HttpServer> collector;
     test::WarningGuard guard;
@@ -156,7 +163,6 @@ TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
     const int limit = view->maxTextureSize().width();
     QImage wide(limit + 2000, 40, QImage::Format_RGB32);
     wide.fill(Qt::green);
-    QTemporaryDir folder;
     ASSERT_TRUE(wide.save(folder.filePath("wide.png")));
     camera->openFile(folder.filePath("wide.png"));
     EXPECT_TRUE(QTest::qWaitFor(
@@ -166,7 +172,6 @@ TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
 
 TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
 {
-    QTemporaryDir folder;
     for (const char *name : {"white", "black", "gray", "red", "lime", "blue"}) {
         SCOPED_TRACE(name);
         const QString film = folder.filePath(QStringLiteral("%1.mp4").arg(name));
@@ -263,17 +268,14 @@ TEST_F(Scene, WheelAndPinchChangeTheFieldOfView)
     static QTouchDevice *device = QTest::createTouchDevice();
     camera->setFov(200);
     const float yaw = camera->yaw();
-    QTest::touchEvent(view, device)
-        .press(0, QPoint(300, 300), static_cast<QWindow *>(view))
-        .press(1, QPoint(400, 300), static_cast<QWindow *>(view));
-    for (int spread = 0; spread <= 100; spread += 10) {
-        QTest::touchEvent(view, device)
-            .move(0, QPoint(300 - spread / 2, 300), static_cast<QWindow *>(view))
-            .move(1, QPoint(400 + spread / 2, 300), static_cast<QWindow *>(view));
+    QWindow *window = view;
+    const QPoint left(300, 300), right(400, 300);
+    QTest::touchEvent(window, device).press(0, left, window).press(1, right, window);
+    for (int spread = 0; spread <= 50; spread += 5) {
+        const QPoint by(spread, 0);
+        QTest::touchEvent(window, device).move(0, left - by, window).move(1, right + by, window);
     }
-    QTest::touchEvent(view, device)
-        .release(0, QPoint(250, 300), static_cast<QWindow *>(view))
-        .release(1, QPoint(450, 300), static_cast<QWindow *>(view));
+    QTest::touchEvent(window, device).release(0, left, window).release(1, right, window);
     EXPECT_LT(camera->fov(), 200);
     EXPECT_GT(camera->fov(), 80);
     EXPECT_EQ(camera->yaw(), yaw);
@@ -298,13 +300,6 @@ TEST_F(Scene, DoubleClickAsksForFullScreenAfterADelay)
 
 TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
 {
-    QTemporaryDir folder;
-    const auto write = [&folder](const QString &name, const QByteArray &bytes = "x") {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    };
     ASSERT_TRUE(QDir(folder.path()).mkpath("empty"));
     ASSERT_TRUE(QDir(folder.path()).mkpath("texts"));
     write("texts/a.txt");
@@ -349,13 +344,6 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
 
 TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
 {
-    QTemporaryDir folder;
-    const auto write = [&folder](const char *name, const QByteArray &bytes) {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    };
     QFile sample(kSample);
     ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
     const QByteArray bytes = sample.readAll();

@@ -39,6 +39,13 @@ protected:
         application->setGlobalObject(nullptr);
     }
 
+    void expectAngles(double yaw, double pitch, double roll, double tolerance) const
+    {
+        EXPECT_NEAR(state->yaw(), yaw, tolerance);
+        EXPECT_NEAR(state->pitch(), pitch, tolerance);
+        EXPECT_NEAR(state->roll(), roll, tolerance);
+    }
+
     Application *application = static_cast<Application *>(qApp);
     KGlobalObject *state = nullptr;
 };
@@ -147,9 +154,7 @@ TEST_F(ViewState, MatrixSetsAnglesWithoutBuildingItselfAnew)
     state->setRotationMatrix(pose, true, false);
     EXPECT_EQ(matrixSpy.count(), 1);
     EXPECT_EQ(state->rotationMatrix(), pose);
-    EXPECT_NEAR(state->yaw(), 0.3, 1e-6);
-    EXPECT_NEAR(state->pitch(), -0.4, 1e-6);
-    EXPECT_NEAR(state->roll(), 0.2, 1e-6);
+    expectAngles(0.3, -0.4, 0.2, 1e-6);
 
     QMatrix4x4 base;
     base.rotate(90, 0, 1, 0);
@@ -201,9 +206,7 @@ TEST_F(ViewState, ResetTurnsToTheMediumsOwnStart)
     QSignalSpy matrixSpy(state, &KGlobalObject::rotationMatrixChanged);
     state->resetYawPitchRollFov({{"Initial yaw", 90.0F}, {"Initial pitch", -30.0F}});
     EXPECT_EQ(matrixSpy.count(), 1);
-    EXPECT_NEAR(state->yaw(), kPi / 2, 1e-4);
-    EXPECT_NEAR(state->pitch(), -kPi / 6, 1e-4);
-    EXPECT_EQ(state->roll(), 0);
+    expectAngles(kPi / 2, -kPi / 6, 0, 1e-4);
     EXPECT_EQ(state->fov(), 90);
     expectNear(state->rotationMatrix(), expectedMatrix({state->yaw(), state->pitch(), 0}));
 }
@@ -249,8 +252,7 @@ TEST_F(ViewState, CameraPathBesideAFilmMovesTheView)
           "{\"ts\":2,\"yaw\":40,\"pitch\":20,\"fov\":110}]}]");
     state->buildKeyPoints(film);
     state->interpolateKeyPoints(2000);
-    EXPECT_NEAR(state->yaw(), 40 * kPi / 180, 1e-4);
-    EXPECT_NEAR(state->pitch(), 20 * kPi / 180, 1e-4);
+    expectAngles(40 * kPi / 180, 20 * kPi / 180, 0, 1e-4);
     EXPECT_NEAR(state->fov(), 110, 1e-4);
     EXPECT_EQ(application->shaderBuilder()->projection(), KShaderCodeBuilder::FISHEYE);
     const float held = state->yaw();

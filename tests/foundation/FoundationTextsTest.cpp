@@ -1,6 +1,7 @@
 #include "foundation/KException.h"
 #include "foundation/KSimpleChronometer.h"
 #include "foundation/KSystemInfo.h"
+#include "foundation/KVersion.h"
 
 #include <gtest/gtest.h>
 
@@ -42,6 +43,15 @@ TEST(Texts, ByteCounts)
     // clang-format on
     for (const auto &[count, expected] : rows)
         EXPECT_EQ(KSystemInfo::BytesToText(count).toStdString(), expected);
+}
+
+TEST(Version, NamesCarryTheFirstTwoNumbersOnly)
+{
+    const std::pair<const char *, const char *> rows[] = {
+        {"2.3.1.400", "2.3"}, {"10.0", "10.0"}, {"7", "7"}, {"", ""}, {"1.2.", "1.2"}};
+    for (const auto &[text, expected] : rows)
+        EXPECT_EQ(KVersion::majorMinor(QString::fromLatin1(text)).toStdString(), expected);
+    EXPECT_EQ(KVersion::applicationName().toStdString(), "Orbilens Player 2.3");
 }
 
 TEST(Exceptions, CarryTheMessageAndThePlaceOfTheThrow)

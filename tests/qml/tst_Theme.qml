@@ -26,11 +26,6 @@ Item {
             currentSpy.clear()
         }
 
-        function styleName(type, classnames) {
-            var file = ThemeManager.current.getStyle(type, classnames)
-            return file === null ? null : file.toString().split("/").pop()
-        }
-
         function test_values_data() {
             return [
                 { tag: "Orvex Dark", folder: ":/QmlLib/themes/orvex",
@@ -52,25 +47,6 @@ Item {
             var fonts = plain.Theme.fonts
             compare([fonts.mainFont.pointSize / fonts.fontFactor, fonts.mainFont.weight,
                      fonts.mainFont.capitalization], data.font)
-        }
-
-        function test_styleFollowsTypeAndClassName_data() {
-            return [
-                { tag: "plain", type: "ButtonStyle", classes: [], style: "ButtonStyle.qml" },
-                { tag: "class", type: "ButtonStyle", classes: ["imageonly"], style: "ButtonStyle_imageonly.qml" },
-                { tag: "unknown class", type: "ButtonStyle", classes: ["nonesuch"], style: "ButtonStyle.qml" },
-                { tag: "no list", type: "ButtonStyle", classes: undefined, style: "ButtonStyle.qml" },
-                { tag: "no style", type: "SliderStyle", classes: [], style: null }
-            ]
-        }
-
-        function test_styleFollowsTypeAndClassName(data) {
-            compare(styleName(data.type, data.classes), data.style)
-            // A theme without a styles folder takes those of the theme it extends.
-            ThemeManager.loadThemes(":/", "Orvex LND")
-            compare(styleName(data.type, data.classes), data.style)
-            compare(plain.Theme.getStyle(data.type, data.classes),
-                    ThemeManager.current.getStyle(data.type, data.classes))
         }
 
         function test_everyStyleFileCompiles() {
@@ -116,6 +92,8 @@ Item {
             plain.Theme.classnames = ["light", "ddleft"]
             compare(plain.Theme.hasClassname("light"), true)
             compare(plain.Theme.hasClassname("dark"), false)
+            verify(plain.Theme.getStyle("ButtonStyle", ["imageonly"]).toString().indexOf("_imageonly") > 0)
+            compare(plain.Theme.getStyle("SliderStyle", undefined), null)
             button.Theme.classnames = ["imageonly"]
             compare(button.__style.padding.left, 0)
             button.Theme.classnames = []

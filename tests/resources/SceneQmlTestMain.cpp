@@ -1,4 +1,4 @@
-// Runs every tst_*.qml of this folder in engines that see what the program's engine sees: its
+// Runs every tst_*.qml of one folder in engines that see what the program's engine sees: its
 // resources, plug-ins and enums, real settings, and small stand-ins for the objects that a test
 // has to watch. A warning of an engine fails the run, whichever test was under way, but for those
 // of "Missing.qml", which tests name where they need a file that does not load.
@@ -22,8 +22,6 @@
 
 namespace {
 
-const QString kTests = QStringLiteral(ORBILENS_SOURCE_DIR "/tests/resources");
-
 /// Quick Test makes an engine for each file and hands it out here.
 class Setup : public QObject
 {
@@ -37,7 +35,8 @@ public slots:
     {
         engine->addImportPath(QStringLiteral(":/"));
         engine->addImportPath(QStringLiteral("qrc:/QmlLib"));
-        engine->addPluginPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
+        for (const QString &path : scenePluginPaths(QStringLiteral(ORBILENS_BINARY_DIR "/src/app")))
+            engine->addPluginPath(path);
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &errors) {
             for (const QQmlError &error : errors)
                 m_warnings += error.toString().contains(QLatin1String("Missing.qml")) ? 0 : 1;
@@ -60,10 +59,9 @@ public slots:
 private:
     static void publish(QQmlContext *context, const char *name, const char *file)
     {
-        QQmlComponent component(
-            context->engine(),
-            QUrl::fromLocalFile(
-                QStringLiteral("%1/panels/%2.qml").arg(kTests, QLatin1String(file))));
+        const QString path = QStringLiteral(ORBILENS_SOURCE_DIR "/tests/resources/panels/%1.qml");
+        QQmlComponent component(context->engine(),
+                                QUrl::fromLocalFile(path.arg(QLatin1String(file))));
         QObject *object = component.create(context);
         object->setParent(context->engine());
         context->setContextProperty(QLatin1String(name), object);
@@ -81,6 +79,9 @@ private:
 
 } // namespace
 
+/// There in builds with the address sanitizer only. Looks for leaks now and not at exit.
+extern "C" void __lsan_do_leak_check() __attribute__((weak));
+
 int main(int argc, char **argv)
 {
     test::IsolatedHome home;
@@ -93,9 +94,12 @@ int main(int argc, char **argv)
     initSceneResources();
     Setup setup;
     const int failures =
-        quick_test_main_with_setup(argc, argv, "scene", qPrintable(kTests), &setup);
+        quick_test_main_with_setup(argc, argv, "scene", ORBILENS_SCENE_TESTS, &setup);
     if (setup.warnings() > 0)
         std::fprintf(stderr, "%d warnings of QML engines, see above\n", setup.warnings());
+    // At exit the platform's libraries are unloaded, and the suppressions that name them miss.
+    if (__lsan_do_leak_check)
+        __lsan_do_leak_check();
     return failures + setup.warnings();
 }
 

@@ -154,6 +154,25 @@ bool PanoramaReference::onEdge(double x, double y, const QSizeF &size) const
     return false;
 }
 
+PanoramaUniforms uniformsFor(const QSize &view, float fov, const CameraAngles &angles)
+{
+    PanoramaUniforms uniforms;
+    uniforms.matrix = QuadProgram::fullViewport();
+    uniforms.viewport = viewportParameters(view, EyeLayout::Single, 1.0);
+    uniforms.matViewInverse = CameraMath::matrixFromAngles(angles);
+    uniforms.fov = fov;
+    uniforms.cameraYaw = angles.yaw;
+    uniforms.cameraPitch = angles.pitch;
+    uniforms.yawMin = -CameraMath::kPi;
+    uniforms.yawMax = CameraMath::kPi;
+    uniforms.pitchMin = -CameraMath::kPi / 2;
+    uniforms.pitchMax = CameraMath::kPi / 2;
+    const shader::OrvexParameters orvex = shader::orvexParameters(fov);
+    uniforms.projScale = orvex.scale;
+    uniforms.projectionDistance = orvex.distance;
+    return uniforms;
+}
+
 QString pixelFaults(const QImage &image, const PanoramaReference &reference, const QImage &picture,
                     QRgb background)
 {

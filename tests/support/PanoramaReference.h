@@ -3,6 +3,7 @@
 // The panorama's mapping written down a second time, in double precision and in terms of geometry
 // instead of shader text, to compare rendered pixels with.
 
+#include "render/CameraMath.h"
 #include "render/PanoramaProgram.h"
 #include "render/ShaderText.h"
 
@@ -30,6 +31,9 @@ struct PanoramaReference
     /// of a float decides which side is shown.
     bool onEdge(double x, double y, const QSizeF &size) const;
 };
+
+/// A whole sphere in one view of @p view pixels with this field of view, in degrees.
+PanoramaUniforms uniformsFor(const QSize &view, float fov, const CameraAngles &angles);
 
 /// What of @p image, one eye's view, does not show what @p reference samples from @p picture with
 /// linear filtering, or @p background where nothing is drawn. A channel may be 3 levels of 255 off:

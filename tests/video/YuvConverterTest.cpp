@@ -64,18 +64,4 @@ TEST(YuvConverter, DrawsEveryFormatRangeAndOddSizeAsTheFormulasSay)
     frame.destroy();
 }
 
-TEST(YuvConverter, BuildsItsTextInTheOrderOfInsertion)
-{
-    test::GlContext gl;
-    const QString text = NV12_RGB_Converter(nullptr, YuvColours::Compressed).fragmentSource();
-    EXPECT_TRUE(text.startsWith(
-        QStringLiteral("#version 120\n#extension GL_ARB_texture_rectangle : enable\n/*HEADER*/\n"
-                       "uniform int width;\nuniform int height;\nuniform sampler2DRect yuv;\n"
-                       "/*UNIFORMS*/\nvoid main() {\n    float r, g, b;\n  float y, u, v;\n"
-                       "  float ux, uy;\n/*LOCALS*/\n")));
-    EXPECT_LT(text.indexOf(QStringLiteral("texture2DRect")), text.indexOf(QStringLiteral("y_rgb")));
-    EXPECT_TRUE(text.endsWith(QStringLiteral(
-        "/*USERCODE*/\n    gl_FragColor = vec4(r, g, b, 255);\n/*FINALCODE*/\n}\n")));
-}
-
 } // namespace
