@@ -141,8 +141,7 @@ TEST(Bitmap, EachOperationRefusesWhatItCannotUse)
     const QString text = pictures.write("a.jpg", "text");
     const struct
     {
-        QString message;
-        QString expected;
+        QString message, expected;
     } rows[] = {
         {messageOf([&] { KImage::Convert(none, PixelFormat::Rgb8); }), "Invalid Bitmap"},
         {messageOf([&] { KImage::Scale(none, QSize(1, 1)); }), "Invalid Bitmap"},

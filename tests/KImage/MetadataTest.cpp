@@ -40,8 +40,7 @@ TEST(MetadataText, NumbersDatesCoordinatesAndUnits)
 
     const struct
     {
-        const char *text;
-        const char *reference;
+        const char *text, *reference;
         double expected;
     } coordinates[] = {{"48\u00B0 51' 29.6\"", "North", 48.858222},
                        {"48\u00B0 51' 29,6\"", "South", -48.858222},
@@ -87,8 +86,7 @@ TEST(FocalLength, EachRuleInItsOrder)
     {
         FocalInput input;
         FocalSource source;
-        double scale;
-        double focal35;
+        double scale, focal35;
     } rows[] = {{equivalent, FocalSource::Equivalent, 2.8, 28},
                 {camera, FocalSource::Camera, 1.5, 15},
                 {plane, FocalSource::FocalPlane, 1.537680, 15.37680},

@@ -44,8 +44,7 @@ TEST(Tables, CamerasOfTheProgramAreFound)
     CameraProperties *table = CameraProperties::instance();
     const struct
     {
-        const char *make;
-        const char *model;
+        const char *make, *model;
         double scale; ///< 0: unknown
     } rows[] = {
         {"NIKON CORPORATION", "NIKON D750", 1.0},

@@ -186,10 +186,8 @@ TEST_F(Answers, FrameRatesComeFromDurationAndCount)
     const struct
     {
         const char *what;
-        quint32 timeScale;
-        quint32 duration;
-        Bytes tables;
-        Bytes edits;
+        quint32 timeScale, duration;
+        Bytes tables, edits;
         Status status;
         double rate;
     } rows[] = {
@@ -280,8 +278,7 @@ TEST_F(Answers, TheMakerIsKnownByNameFirmwareOrTool)
     const struct
     {
         const char *what;
-        Bytes name;
-        Bytes userData;
+        Bytes name, userData;
         Status status;
         bool maker;
     } rows[] = {
@@ -408,8 +405,7 @@ TEST_F(Answers, SoundAndOtherTracksAreDescribed)
         quint32 channels;
         double rate;
         quint32 bits;
-        Status idStatus;
-        Status frameStatus;
+        Status idStatus, frameStatus;
     } rows[] = {{sound(0, 0, ""), 2, 48000, 16, 10, 2},
                 {sound(0, 7, ""), 2, 48000, 16, 0, 2},
                 {sound(1, 0, u32(1) + u32(2) + u32(3) + u32(4)), 2, 48000, 16, 0, 0},

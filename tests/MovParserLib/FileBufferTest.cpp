@@ -16,8 +16,7 @@ TEST(Report, PrintsPrefixAndNameAndCarriesTheDomain)
     const struct
     {
         quint32 domain;
-        Status code;
-        Status result;
+        Status code, result;
         const char *text;
     } rows[] = {
         {0, 0, 0, ""},

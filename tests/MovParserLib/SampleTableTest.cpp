@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 #include <limits>
 
 using namespace test;
@@ -39,8 +41,7 @@ TEST(SampleTable, AnswersForEachSample)
         Status status;
         quint64 offset;
         quint32 size;
-        qint64 composition;
-        qint64 decode;
+        qint64 composition, decode;
         bool sync;
     } rows[] = {
         {0, 0, 100, 1, 7, 0, true},
@@ -228,4 +229,26 @@ TEST(SampleTable, SamplesAreReadFromTheFile)
     EXPECT_EQ(reader.readSample(TrackSelector::byId(9), 0, &sample), 0x1000BU);
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(reader.readSample(TrackSelector::byId(9), 0, nullptr), 5U);
+}
+
+TEST(SampleTable, SamplesBehindFiveGigabytesAreRead)
+{
+    constexpr quint64 kEnd = 16 + (quint64(5) << 30); // of ftyp and media; a hole but for its end
+    const Bytes samples = "abbcccddddEEEEE";
+    TrackParts parts;
+    parts.tables = stsd(videoEntry("")) + kStts + kStsz +
+                   fullAtom("stsc", u32(1) + u32(1) + u32(5) + u32(1)) +
+                   fullAtom("co64", u32(1) + u64(kEnd - samples.size()));
+    const Bytes head = atom("ftyp", "isom" + u32(0)) + u32(1) + "mdat" + u64(kEnd - 16);
+    const Bytes tail = samples + movie(track(parts));
+    QFile file(QString::fromStdString(fileOf(head, "large.mp4")));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(qint64(kEnd - samples.size())));
+    ASSERT_EQ(file.write(tail.data(), qint64(tail.size())), qint64(tail.size()));
+    file.close();
+    MovFileReader reader;
+    ASSERT_EQ(reader.open(file.fileName()), 0U);
+    EXPECT_EQ(reader.movieOffset(), kEnd);
+    SampleBuffer sample;
+    ASSERT_EQ(reader.readSample(TrackSelector::byId(1), 2, &sample), 0U);
+    EXPECT_EQ(std::string(sample.getData(), size_t(sample.dataSize())), "ccc");
 }

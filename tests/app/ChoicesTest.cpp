@@ -103,9 +103,7 @@ TEST(Choices, TextsBecomeUrls)
 {
     const struct
     {
-        const char *text;
-        const char *url;
-        const char *suffix;
+        const char *text, *url, *suffix;
     } rows[] = {{"/a b/c.JPG", "file:///a b/c.JPG", "jpg"},
                 {"http://h/x.mp4?k=1", "http://h/x.mp4?k=1", "mp4?k=1"},
                 {"rtsp://h/a b c", "rtsp://h/a b c", ""},

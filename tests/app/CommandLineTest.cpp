@@ -38,8 +38,7 @@ TEST(CommandLine, RestartsWithTheSameArgumentsAndAbsoluteFiles)
 {
     const struct
     {
-        QStringList arguments;
-        QStringList expected;
+        QStringList arguments, expected;
     } rows[] = {{{"player"}, {}},
                 {{"player", "a.jpg"}, {"--", "/media/dir/a.jpg"}},
                 {{"player", "-t", "../b c.mp4"}, {"--touchtable", "--", "/media/b c.mp4"}},
@@ -59,9 +58,7 @@ TEST(CommandLine, NeedsADisplayUnlessAnotherPlatformIsChosen)
     const struct
     {
         QStringList arguments;
-        const char *variable;
-        const char *value;
-        const char *kernel;
+        const char *variable, *value, *kernel;
         bool hopeful;
     } rows[] = {{{"player"}, "DISPLAY", ":0", "linux", true},
                 {{"player"}, "WAYLAND_DISPLAY", "wayland-0", "linux", true},

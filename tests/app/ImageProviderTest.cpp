@@ -43,8 +43,7 @@ TEST(ImageProvider, DecodesAtTheRequestedSizeAndReportsErrors)
     KImageProvider provider;
     const struct
     {
-        QSize requested;
-        QSize expected;
+        QSize requested, expected;
     } rows[] = {{QSize(), {64, 32}}, {{0, 0}, {64, 32}},  {{16, 16}, {16, 8}},
                 {{0, 8}, {16, 8}},   {{32, 0}, {32, 16}}, {{1000, 1000}, {64, 32}}};
     for (const auto &row : rows) {

@@ -367,28 +367,6 @@ TEST_F(Program, AChordOpensTheCrashManager)
     EXPECT_EQ(close(), 0);
 }
 
-TEST_F(Program, AKilledRunSavesNothing)
-{
-    start({kSample});
-    player.kill();
-    ASSERT_TRUE(player.waitForFinished(kPatienceMs));
-    EXPECT_FALSE(QFile::exists(settingsFile()));
-}
-
-TEST_F(Program, StartsWithDefaultsFromADamagedStore)
-{
-    QDir().mkpath(QFileInfo(settingsFile()).path());
-    QFile file(settingsFile());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    constexpr char kDamaged[] = "[application\nwindow\\width=banana\n\xff\xfe%%%\0\0[]=;";
-    file.write(kDamaged, sizeof kDamaged - 1);
-    file.close();
-    start({kSample});
-    EXPECT_TRUE(
-        eventually([&] { return findRedCube(desktop.screenshot("damaged-store")).pixels > 500; }));
-    EXPECT_EQ(close(), 0);
-}
-
 TEST_F(Program, AnswersQuestionsWithoutADisplayAndRefusesUnknownOptions)
 {
     QProcessEnvironment environment = desktop.environment(home.path());

@@ -395,13 +395,19 @@ TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
     updates->requests.clear();
     view->checkUpdate();
     QQuickItem *log = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return (log = item("changeLog")) != nullptr; }, 10000));
+    // The panel is made piece by piece; its loader has it when it is whole.
+    const QQuickItem *frame = item("popupLoader");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            log = item("changeLog");
+            return log && frame->property("item").value<QQuickItem *>();
+        },
+        10000));
     EXPECT_TRUE(log->property("text").toString().contains("<li>Change 30"));
     EXPECT_FALSE(log->property("text").toString().contains("img"));
     EXPECT_THAT(item("released")->property("text").toString().toStdString(),
                 testing::HasSubstr("2026"));
     EXPECT_TRUE(item("installerButton")->isEnabled());
-    const QQuickItem *frame = item("popupLoader");
     EXPECT_TRUE(QTest::qWaitFor([frame] { return frame->y() == 0; }, 5000));
     const QString pictures = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/");
     EXPECT_TRUE(QDir().mkpath(pictures));

@@ -12,8 +12,7 @@ TEST(BinaryJson, ReadsWhatQtWritesAndNoMore)
     const struct
     {
         QByteArray json;
-        bool plain;
-        bool nested;
+        bool plain, nested;
     } rows[] = {
         {R"({"a":null,"b":true,"c":false,"d":-5,"e":67108863,"f":1e9,"g":0.5})", true, true},
         {"{\"k\u0101y\":\"\u0101\u20ac\",\"plain\":\"\u00e9\",\"\":\"\"}", true, true},

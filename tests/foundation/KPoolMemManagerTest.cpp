@@ -17,9 +17,7 @@ TEST(PoolMemManager, BlockSizesFollowTheBudgetAndTheThreads)
 {
     const struct
     {
-        int memoryMo;
-        int threads;
-        int blocMo;
+        int memoryMo, threads, blocMo;
     } rows[] = {{1024, 4, 4}, {8, 1, 1}, {1024, 32, 2}, {1200, 1, 8},
                 {1199, 1, 4}, {7, 1, 1}, {0, 1, 1}};
     for (const auto &row : rows)

@@ -28,9 +28,7 @@ TEST(CpuTopology, CountsFromASysfsTree)
     // Two packages of two cores; the first core has two threads, the last processor is off.
     const struct
     {
-        const char *package;
-        const char *core;
-        const char *online;
+        const char *package, *core, *online;
     } processors[] = {{"0", "0", "1"}, {"0", "0", "1"}, {"0", "4", "1"},
                       {"1", "0", "1"}, {"1", "4", "1"}, {"1", "8", "0"}};
     int index = 0;
@@ -75,9 +73,7 @@ TEST(CpuTopology, CountsFallBackToTheRuntimeThenToOne)
     const struct
     {
         CpuTopology::Counts counts;
-        int fallback;
-        int cores;
-        int logical;
+        int fallback, cores, logical;
     } rows[] = {{good, 2, 4, 8}, {{}, 6, 6, 6}, {{}, 0, 1, 1}, {odd, 3, 3, 4}};
     for (const auto &row : rows) {
         EXPECT_EQ(CpuTopology::coreCount(row.counts, row.fallback), row.cores);
@@ -98,10 +94,8 @@ TEST(CpuTopology, ApicIdsMasksAndCaches)
 
     const struct
     {
-        quint32 logical;
-        quint32 cores;
-        int thread;
-        int both;
+        quint32 logical, cores;
+        int thread, both;
     } widths[] = {{8, 4, 1, 3}, {6, 3, 1, 3}, {1, 1, 0, 0}, {0, 0, 0, 0}, {2, 4, 0, 2}};
     for (const auto &row : widths) {
         const CpuTopology::ApicWidths found = CpuTopology::legacyWidths(row.logical, row.cores);

@@ -122,8 +122,7 @@ TEST_F(ThemeBookTest, choosesAStyleByClassNameThenByNearness)
 
     const struct
     {
-        const char *theme;
-        const char *type;
+        const char *theme, *type;
         QStringList classNames;
         const char *expected;
     } cases[] = {

@@ -11,8 +11,7 @@ IsolatedHome::IsolatedHome()
     const QString home = m_folder.path();
     const struct
     {
-        const char *variable;
-        const char *folder;
+        const char *variable, *folder;
     } folders[] = {{"HOME", ""},
                    {"XDG_CONFIG_HOME", "/.config"},
                    {"XDG_DATA_HOME", "/.local/share"},

@@ -39,10 +39,7 @@ TEST(Colours, ReachTheTextureAsTheFormulasSay)
 {
     const struct
     {
-        const char *clip;
-        const char *decodedAs;
-        const char *format;
-        const char *writingTool;
+        const char *clip, *decodedAs, *format, *writingTool;
         YuvColours colours;
     } rows[] = {
         {"patches_limited.mp4", "yuv420p", "I420", "", YuvColours::Compressed},

@@ -39,8 +39,7 @@ TEST(PlaneLayout, FollowsTheTableOfEachFormatAndSize)
     const struct
     {
         int format;
-        quint32 width;
-        quint32 height;
+        quint32 width, height;
         const char *layout;
     } rows[] = {
         {1, 5, 3, "5 0 0, 3 0 0, 20 0 0, 60 0 0, 60, 0 60 60, 0 60 60, 5x3"},

@@ -23,11 +23,9 @@ TEST(Playback, RunsEachCodecFromOpeningToTheEnd)
     const test::WarningGuard quiet;
     const struct
     {
-        const char *clip;
-        const char *format;
+        const char *clip, *format;
         QSize size;
-        int milliseconds;
-        int frames;
+        int milliseconds, frames;
     } rows[] = {
         {"h264.mp4", "I420", {320, 160}, 2000, 50},
         {"h264_60.mp4", "I420", {320, 160}, 2000, 120},
