@@ -10,9 +10,12 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QQuickWindow>
 #include <QUrl>
 
 #include <algorithm>
+#include <limits>
+#include <tuple>
 
 namespace {
 
@@ -65,6 +68,59 @@ struct ExpectedStill
 
 namespace {
 
+/// The picture, or a null image and why there is none.
+std::pair<QImage, QString> read(const QString &path, const LoadRequest &request)
+{
+    const KSignalStack signalStack; // decoders of foreign files recurse
+    try {
+        const ImageLoadGuard guard("KImageProvider");
+        if (!request.cancelled || !*request.cancelled)
+            return {KImage::Read(path, request).takeImage(), QString()};
+    } catch (const KException &error) {
+        return {QImage(), error.message};
+    }
+    return {};
+}
+
+/// Gives a still to the graphics card and keeps no copy of it in memory: a panorama is large. The
+/// same file is read again where a scene graph is made anew.
+class StillTexture : public QQuickTextureFactory
+{
+public:
+    StillTexture(QImage image, QString path, LoadRequest request)
+        : m_image(std::move(image))
+        , m_size(m_image.size())
+        , m_path(std::move(path))
+        , m_request(request)
+    {
+        m_request.cancelled = nullptr;
+    }
+
+    QSGTexture *createTexture(QQuickWindow *window) const override
+    {
+        const QImage picture = image();
+        m_image = QImage();
+        return picture.isNull() ? nullptr : window->createTextureFromImage(picture);
+    }
+    QSize textureSize() const override { return m_size; }
+    int textureByteCount() const override
+    {
+        constexpr qint64 kBytesPerPixel = 4;
+        return int(std::min<qint64>(kBytesPerPixel * m_size.width() * m_size.height(),
+                                    std::numeric_limits<int>::max()));
+    }
+    QImage image() const override
+    {
+        return m_image.isNull() ? read(m_path, m_request).first : m_image;
+    }
+
+private:
+    mutable QImage m_image; // the interface takes it for constant
+    const QSize m_size;
+    const QString m_path;
+    LoadRequest m_request;
+};
+
 /// One picture on its way; the engine deletes it after finished().
 class Response : public QQuickImageResponse
 {
@@ -98,7 +154,7 @@ public:
         if (m_expected && m_expected->answers(m_path, m_request))
             m_image = std::move(m_expected->image);
         else
-            read();
+            std::tie(m_image, m_error) = read(m_path, m_request);
         m_expected.reset();
         m_fetched.reset();
         emit finished();
@@ -106,24 +162,12 @@ public:
 
     QQuickTextureFactory *textureFactory() const override
     {
-        return QQuickTextureFactory::textureFactoryForImage(m_image);
+        return m_image.isNull() ? nullptr : new StillTexture(m_image, m_path, m_request);
     }
     QString errorString() const override { return m_error; }
     void cancel() override { *m_cancelled = true; }
 
 private:
-    void read()
-    {
-        const KSignalStack signalStack; // decoders of foreign files recurse
-        try {
-            const ImageLoadGuard guard("KImageProvider");
-            if (!*m_cancelled)
-                m_image = KImage::Read(m_path, m_request).takeImage();
-        } catch (const KException &error) {
-            m_error = error.message;
-        }
-    }
-
     QString m_path;
     LoadRequest m_request;
     std::shared_ptr<std::atomic<bool>> m_cancelled;

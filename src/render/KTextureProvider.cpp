@@ -8,6 +8,7 @@
 #include <QOpenGLFunctions>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSGTexture>
 #include <QSGTextureProvider>
 #include <QTimer>
 
@@ -22,6 +23,16 @@ highp vec4 tex = texCoord;tex.y = 1.0 - tex.y;highp vec4 color = texture2D(src,t
 gl_FragColor = vec4(color.r,color.g,color.b,color.a);
 }
 )";
+
+/// Where the picture of @p item comes from. An effect source would draw a still once more, into a
+/// second texture of its size with a depth buffer beside it; what it would draw has the picture.
+QQuickItem *pictureOf(QQuickItem *item, bool isImage)
+{
+    if (!item || !isImage)
+        return item;
+    auto *source = item->property("sourceItem").value<QQuickItem *>();
+    return source && source->isTextureProvider() ? source : item;
+}
 
 /// The unit square with y down: together with the flip in the shader the rows keep their order.
 const QMatrix4x4 &downwardSquare()
@@ -87,6 +98,7 @@ void KTextureProvider::setFrameSource(std::unique_ptr<FrameSource> source)
 
 void KTextureProvider::setShaderEffectSource(QQuickItem *quickItem, bool isImage)
 {
+    quickItem = pictureOf(quickItem, isImage);
     m_shaderEffectSource = quickItem;
     m_isImage = isImage;
     disconnect(m_windowOfItem);
@@ -140,13 +152,19 @@ void KTextureProvider::forgetProvider()
     m_qsgProvider = nullptr;
 }
 
-// The signal comes while the frame is being prepared: the texture still has its old name, or none,
-// and its old content. The new ones exist when that frame is drawn, and no signal tells.
+// The signal comes while the frame is being prepared. A texture that the scene draws still has its
+// old name then, or none, and its old content; the new ones exist when that frame is drawn, and no
+// signal tells. A still's own texture is complete now, and may be taken back before the frame ends.
 void KTextureProvider::onProviderSignal()
 {
-    m_readAfterFrame = true;
+    m_readAfterFrame = isDrawnByScene();
     if (!copies())
         onQsgTextureChanged();
+}
+
+bool KTextureProvider::isDrawnByScene() const
+{
+    return m_qsgProvider && qobject_cast<QSGDynamicTexture *>(m_qsgProvider->texture());
 }
 
 void KTextureProvider::onAfterRendering()
@@ -161,9 +179,11 @@ void KTextureProvider::onQsgTextureChanged()
 {
     if (!m_qsgProvider)
         return;
-    const QSGTexture *texture = m_qsgProvider->texture();
+    QSGTexture *texture = m_qsgProvider->texture();
     startPolling();
     if (!texture)
+        return;
+    if (m_sourceIsImage && !(texture = uploaded(texture)))
         return;
 
     const int textureId = texture->textureId();
@@ -174,6 +194,23 @@ void KTextureProvider::onQsgTextureChanged()
         publish(textureId, size);
 }
 
+// Nothing of the scene draws a still, so nothing else brings it to the graphics card. Null where
+// that must wait for the scene graph's context.
+QSGTexture *KTextureProvider::uploaded(QSGTexture *texture) const
+{
+    QOpenGLContext *context = QOpenGLContext::currentContext();
+    if (!context || context != m_window->openglContext())
+        return nullptr;
+    // A small picture shares a texture with others of the scene.
+    if (texture->isAtlasTexture())
+        texture = texture->removedFromAtlas();
+    if (texture) {
+        texture->bind();
+        context->functions()->glFlush(); // other contexts draw it too
+    }
+    return texture;
+}
+
 void KTextureProvider::publish(int textureId, const QSize &size)
 {
     m_publishedId = textureId;
@@ -181,14 +218,20 @@ void KTextureProvider::publish(int textureId, const QSize &size)
     setTextureId(textureId);
 }
 
-// Some sources replace their texture without the signal; the timer catches that.
+// Some sources replace their texture without the signal; the timer catches that. A still's own
+// texture never does, and one that was just taken back would come up again.
 void KTextureProvider::startPolling()
 {
     if (m_pollTimer)
         return;
     m_pollTimer = new QTimer; // on this thread, unlike the provider itself
-    connect(m_pollTimer, &QTimer::timeout, this, &KTextureProvider::onQsgTextureChanged,
-            Qt::DirectConnection);
+    connect(
+        m_pollTimer, &QTimer::timeout, this,
+        [this] {
+            if (isDrawnByScene())
+                onQsgTextureChanged();
+        },
+        Qt::DirectConnection);
     m_pollTimer->start(kPollInterval);
 }
 

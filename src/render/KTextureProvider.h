@@ -22,6 +22,7 @@ class FrameSource;
 class QOpenGLFramebufferObject;
 class QQuickItem;
 class QQuickWindow;
+class QSGTexture;
 class QSGTextureProvider;
 class QTimer;
 
@@ -48,7 +49,8 @@ public:
     void setTextureSize(const QSize &textureSize);
 
     /// Follows the texture of @p quickItem from the next synchronisation on; null follows none.
-    /// @p isImage: a still, used directly.
+    /// @p isImage: a still, whose own texture is used where @p quickItem is an effect source of it:
+    /// the effect source may then be invisible.
     Q_INVOKABLE void setShaderEffectSource(QQuickItem *quickItem, bool isImage = false);
 
     /// Another program's frames are shown, whatever the scene sets.
@@ -73,6 +75,8 @@ private:
     void onProviderDestroyed();
     void forgetProvider();
     void startPolling();
+    [[nodiscard]] bool isDrawnByScene() const;
+    [[nodiscard]] QSGTexture *uploaded(QSGTexture *texture) const;
     void publish(int textureId, const QSize &size);
     [[nodiscard]] bool copies() const { return m_blitEnabled && !m_sourceIsImage; }
     [[nodiscard]] bool copy(int textureId, const QSize &size);

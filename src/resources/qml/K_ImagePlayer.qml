@@ -2,8 +2,8 @@ import QtQuick 2.15
 import QtQuick.Window 2.2
 import QtMultimedia 5.8
 
-// Shows a still through the same face as a film's player. The picture itself is never seen: its
-// texture goes to the panorama through the ShaderEffectSource.
+// Shows a still through the same face as a film's player. The picture itself is never seen: the
+// ShaderEffectSource keeps it in the scene and out of sight, and its texture goes to the panorama.
 Item {
     id: root
 
@@ -57,6 +57,8 @@ Item {
             kGlobalObject.startTimerNextImage()
         } else {
             kTextureProvider.textureId = 0
+            // The next picture's is news, also where it is the same.
+            kTextureProvider.textureSize = Qt.size(-1, -1)
         }
     }
 
@@ -84,6 +86,7 @@ Item {
         x: -1
         width: 1
         height: 1
+        visible: false // drawn, it would be a copy
         sourceItem: image
         hideSource: true
         wrapMode: ShaderEffectSource.ClampToEdge
