@@ -2,6 +2,7 @@
 
 #include "kontrols/thememanager/ThemeAttached.h"
 #include "kontrols/thememanager/ThemeManager.h"
+#include "kontrols/thememanager/TintedImages.h"
 
 #include <QQmlEngine>
 
@@ -19,6 +20,11 @@ void ThemeManagerPlugin::registerTypes(const char *uri)
         [](QQmlEngine *, QJSEngine *) -> QObject * { return new ThemeManager; });
     qmlRegisterUncreatableType<ThemeAttached>(uri, 1, 0, "Theme",
                                               QStringLiteral("Theme is attached to items"));
+}
+
+void ThemeManagerPlugin::initializeEngine(QQmlEngine *engine, const char *)
+{
+    engine->addImageProvider(TintedImages::Name(), new TintedImages); // owned by the engine
 }
 
 ThemeManager *ThemeManagerPlugin::managerOf(QQmlEngine *engine)

@@ -14,6 +14,7 @@ class ThemeManagerPlugin : public QQmlExtensionPlugin
 
 public:
     void registerTypes(const char *uri) override;
+    void initializeEngine(QQmlEngine *engine, const char *uri) override;
 
     /// The manager of an engine; null without an engine or before the module is imported.
     static ThemeManager *managerOf(QQmlEngine *engine);

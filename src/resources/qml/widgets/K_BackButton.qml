@@ -37,7 +37,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 18
         height: 18
-        source: "qrc:/images/newui/Back.svg"
+        icon: "qrc:/images/newui/Back.svg"
         color: root.tint
     }
 

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.2
-import QtGraphicalEffects 1.0
+import com.vedra.kontrols 1.0
 
 // A flat button that is one icon, tinted, with a text for those who wonder what it does.
 FocusScope {
@@ -38,20 +38,11 @@ FocusScope {
         Behavior on color { ColorAnimation { duration: 120 } }
     }
 
-    Image {
-        id: image
+    TintedImage {
         anchors.centerIn: parent
         width: root.iconSize
         height: root.iconSize
-        sourceSize: Qt.size(2 * root.iconSize, 2 * root.iconSize)
-        source: root.icon
-        fillMode: Image.PreserveAspectFit
-        visible: false
-    }
-
-    ColorOverlay {
-        anchors.fill: image
-        source: image
+        icon: root.icon
         color: root.overlay
     }
 
@@ -59,10 +50,15 @@ FocusScope {
         id: mouse
         anchors.fill: parent
         hoverEnabled: true
+        onContainsMouseChanged: if (containsMouse) tip.active = true
         onClicked: root.clicked()
     }
 
-    K_ToolTip {
+    // Made at the pointer's first visit: hidden texts would be laid out and drawn into the glyph
+    // cache all the same.
+    Loader {
+        id: tip
+        active: false
         anchors { bottom: parent.top; bottomMargin: 6 }
         // The whole text stays inside the window, also for the buttons at its edges.
         x: {
@@ -73,8 +69,10 @@ FocusScope {
             var windowWidth = root.Window.width
             return centred + Math.max(0, 4 - left) - Math.max(0, left + width + 4 - windowWidth)
         }
-        text: root.name
-        opacity: mouse.containsMouse && tipDelay.elapsed ? 1 : 0
+        sourceComponent: K_ToolTip {
+            text: root.name
+            opacity: mouse.containsMouse && tipDelay.elapsed ? 1 : 0
+        }
     }
 
     Timer {

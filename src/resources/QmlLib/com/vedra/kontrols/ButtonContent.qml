@@ -29,7 +29,7 @@ Item {
             visible: root.hasIcon
             width: visible ? Math.min(root.iconSize, root.width) : 0
             height: visible ? Math.min(root.iconSize, root.height) : 0
-            source: root.iconSource
+            icon: root.iconSource
             color: root.iconColor
         }
 

@@ -4,5 +4,5 @@ import QtQuick 2.9
 TintedImage {
     width: 10
     height: 10
-    source: "images/chevron.svg"
+    icon: "images/chevron.svg"
 }

@@ -46,7 +46,7 @@ Base.MenuStyle {
         width: 12
         height: 12
         visible: styleData.checked
-        source: "images/check.svg"
+        icon: "images/check.svg"
         color: styleData.selected && styleData.enabled ? "white" : root.colors.selection
     }
     separator: Item {

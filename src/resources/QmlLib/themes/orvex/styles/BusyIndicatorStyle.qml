@@ -9,14 +9,19 @@ Base.BusyIndicatorStyle {
         implicitHeight: 48
         opacity: control.running ? 1 : 0
 
-        Behavior on opacity { NumberAnimation { duration: 200 } }
+        // Comes only for a wait that people notice.
+        Behavior on opacity {
+            SequentialAnimation {
+                PauseAnimation { duration: control.running ? 150 : 0 }
+                NumberAnimation { duration: 200 }
+            }
+        }
 
         TintedImage {
             anchors.fill: parent
-            source: "qrc:/QmlLib/com/vedra/kontrols/images/spinner.svg"
+            icon: "qrc:/QmlLib/com/vedra/kontrols/images/spinner.svg"
             color: control.Theme.colors.foreground
 
-            // An animator would turn the picture below its tinting layer, which shows nothing.
             RotationAnimation on rotation {
                 running: control.visible && control.running
                 loops: Animation.Infinite

@@ -14,7 +14,7 @@ Base.ButtonStyle {
         border.color: control.Theme.colors.foreground
     }
     label: TintedImage {
-        source: control.iconSource
+        icon: control.iconSource
         color: control.overlayColor
         opacity: !control.enabled ? 0.3 : control.pressed ? 0.6 : control.hovered ? 1 : 0.85
 

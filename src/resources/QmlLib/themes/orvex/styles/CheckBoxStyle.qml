@@ -21,7 +21,7 @@ Base.CheckBoxStyle {
             anchors.fill: parent
             anchors.margins: 3
             visible: control.checkedState === Qt.Checked
-            source: "qrc:/QmlLib/com/vedra/kontrols/images/check.svg"
+            icon: "qrc:/QmlLib/com/vedra/kontrols/images/check.svg"
         }
 
         Rectangle {
