@@ -49,7 +49,6 @@ KVlcPlayerQml::KVlcPlayerQml(QQuickItem *parent)
 {
     setMipmap(false);
     setRenderTarget(InvertedYFramebufferObject);
-    initVlcPlayerInstance();
 }
 
 KVlcPlayerQml::~KVlcPlayerQml()
@@ -69,6 +68,8 @@ void KVlcPlayerQml::openFile(const QUrl &url)
 {
     if (url.isEmpty())
         return;
+    if (!m_mediaPlayer)
+        initVlcPlayerInstance();
     m_source = url;
     m_startupCounter = 1;
     setTextureId(0);
@@ -152,8 +153,9 @@ float KVlcPlayerQml::volume() const
 
 void KVlcPlayerQml::setVolume(float volume)
 {
+    m_volumePercent = int(volume * 100);
     if (m_mediaPlayer)
-        libvlc_audio_set_volume(m_mediaPlayer.get(), int(volume * 100));
+        libvlc_audio_set_volume(m_mediaPlayer.get(), *m_volumePercent);
     emit volumeChanged();
 }
 
@@ -232,6 +234,8 @@ void KVlcPlayerQml::initVlcPlayerInstance()
         libvlc_event_attach(events, type, onEvent, this);
     libvlc_video_set_callbacks(m_mediaPlayer.get(), onLock, onUnlock, onDisplay, this);
     libvlc_video_set_format_callbacks(m_mediaPlayer.get(), onFormat, onCleanup);
+    if (m_volumePercent)
+        libvlc_audio_set_volume(m_mediaPlayer.get(), *m_volumePercent);
 }
 
 void KVlcPlayerQml::initVlcMediaInstance()
@@ -278,8 +282,11 @@ void KVlcPlayerQml::desinitVlcPlayerInstance()
 
 QSGNode *KVlcPlayerQml::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data)
 {
-    if (m_shareContext)
-        return QQuickPaintedItem::updatePaintNode(oldNode, data);
+    if (m_shareContext) {
+        // What never paints needs no picture of its size.
+        return oldNode || m_paintTexture ? QQuickPaintedItem::updatePaintNode(oldNode, data)
+                                         : nullptr;
+    }
     QOpenGLContext *current = QOpenGLContext::currentContext();
     auto share = std::make_unique<QOpenGLContext>();
     share->setShareContext(current);

@@ -18,6 +18,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 struct libvlc_event_t;
 
@@ -172,6 +173,7 @@ private:
     float m_roll = 0;
     QVariantMap m_fileMetadata;
     QSize m_frameSize{0, 0};
+    std::optional<int> m_volumePercent;         ///< what the scene has set
     QOffscreenSurface *m_fakeSurface = nullptr; ///< deleted later, as surfaces want
     QOffscreenSurface *m_spareSurface = nullptr;
 
@@ -183,7 +185,8 @@ private:
     FpsCounter m_fpsCounter;
     VlcFramePipeline m_pipeline;
 
-    // The media lives shorter than the player.
+    // Made when there is first something to play: a start with a still, or with nothing, need not
+    // wait for libvlc and its plug-ins. The media lives shorter than the player.
     VlcPlayerHandle m_mediaPlayer;
     VlcMediaHandle m_media;
 };

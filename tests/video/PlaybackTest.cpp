@@ -208,10 +208,10 @@ TEST(Playback, StaysIdleAndSaysSoWithoutAnInstance)
     {
         test::WarningGuard guard;
         PlayerWindow window;
-        EXPECT_EQ(guard.take(),
-                  QStringList{QStringLiteral("ERROR : cannot init VLC player instance.")});
         KVlcPlayerQml &player = window.player();
         player.openFile(test::clip("h264.mp4"));
+        EXPECT_EQ(guard.take(),
+                  QStringList{QStringLiteral("ERROR : cannot init VLC player instance.")});
         player.seek(100);
         player.setVolume(1);
         player.updateAudioDelay();
