@@ -1,6 +1,7 @@
 #include "render/Snapshot.h"
 
 #include <QDir>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -31,6 +32,8 @@ bool saveSnapshot(QImage image, SnapshotKind kind, const QString &folder,
     for (auto text = texts.begin(); text != texts.end(); ++text)
         image.setText(text.key(), text.value());
     QDir().mkpath(folder);
-    return image.save(folder + QLatin1Char('/') +
-                      snapshotFileName(kind, QDateTime::currentDateTime()));
+    // The name appears with the whole picture behind it, or not at all.
+    QSaveFile file(folder + QLatin1Char('/') +
+                   snapshotFileName(kind, QDateTime::currentDateTime()));
+    return file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
 }
