@@ -293,6 +293,7 @@ bool Application::isAvailable(const char *contextProperty) const
 void Application::parseArguments()
 {
     m_options = parseCommandLine(QStringList{applicationFilePath()} + m_arguments).options;
+    m_opensMedia = option(QStringLiteral("files")).isValid();
 }
 
 void Application::chooseVideoBackend()
@@ -465,6 +466,14 @@ void Application::playArgsMedia()
     const QVariant files = option(QStringLiteral("files"));
     if (files.isValid())
         m_globalObject->openFiles(files.toStringList(), false);
+    // By then the scene knows, as it now does not, how large a still may be, and waits for one.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_opensMedia = false;
+            emit opensMediaChanged();
+        },
+        Qt::QueuedConnection);
 }
 
 void Application::closeWindow()

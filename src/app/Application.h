@@ -41,6 +41,8 @@ struct Deployment;
 class Application : public QApplication
 {
     Q_OBJECT
+    // Media of the command line are still to be opened: the start screen would only flash by.
+    Q_PROPERTY(bool opensMedia READ opensMedia NOTIFY opensMediaChanged)
 
 public:
     /// Exit status of the event loop that asks main to start the program again.
@@ -93,6 +95,8 @@ public:
     /// "files" (list of texts). An option that was not given yields an invalid variant.
     QVariant option(const QString &name) const { return m_options.value(name); }
 
+    bool opensMedia() const { return m_opensMedia; }
+
     /// The arguments of a restart: this run's, with files absolute, without the program's name.
     QStringList restartArguments() const { return m_arguments; }
 
@@ -136,6 +140,7 @@ public slots:
 
 signals:
     void openGLReady();
+    void opensMediaChanged();
 
 private slots:
     void initializeAnalytics();
@@ -180,5 +185,6 @@ private:
     QMap<QString, QVariant> m_options;
     QStringList m_arguments;
     bool m_sharedMemory = false;
+    bool m_opensMedia = false;
     QNetworkAccessManager m_networkManager;
 };

@@ -147,10 +147,14 @@ protected:
 
 TEST_F(Scene, AStillReachesTheViewWithItsSize)
 {
-    open(kSample);
-    EXPECT_EQ(textures->textureSize(), QSize(4096, 2048));
-    const QVariantMap metadata = camera->mediaPlayer()->property("fileMetadata").toMap();
-    EXPECT_EQ(metadata.value("Texture size").toSize(), QSize(4096, 2048));
+    for (int time = 1; time <= 2; ++time) {
+        open(kSample);
+        EXPECT_EQ(textures->textureSize(), QSize(4096, 2048));
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            const auto metadata = camera->mediaPlayer()->property("fileMetadata").toMap();
+            return metadata.value("Texture size").toSize() == QSize(4096, 2048);
+        })) << time;
+    }
     EXPECT_EQ(view->QWindow::title(), "Orbilens Player - file://" + kSample);
     EXPECT_GT(view->maxTextureSize().width(), 0);
     EXPECT_TRUE(view->gpuInfo().contains("Maximum texture size"));
@@ -304,8 +308,6 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
     ASSERT_TRUE(QDir(folder.path()).mkpath("texts"));
     write("texts/a.txt");
     write("texts/b.txt");
-    auto *dialog = view->rootObject()->findChild<QObject *>("messageDialog");
-    ASSERT_NE(dialog, nullptr);
     const struct
     {
         QString path;
@@ -328,6 +330,8 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
         EXPECT_TRUE(QTest::qWaitFor(
             [] { return qApp->modalWindow() && qApp->modalWindow()->isExposed(); }, 5000))
             << row.path.toStdString();
+        auto *dialog = view->rootObject()->findChild<QObject *>("messageDialog");
+        ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->property("text").toString().toStdString(), row.text);
         EXPECT_EQ(camera->mediaPlayer()->property("mediaSource").toUrl(), QUrl());
         EXPECT_EQ(camera->playListIndex(), row.index);

@@ -21,14 +21,16 @@ FocusScope {
     readonly property int shownDecimals: radians ? 3 : 2
     readonly property real shownStep: radians ? 0.1 : 1
     readonly property int precision: radians ? 10000 : 100
-    readonly property bool spinBoxHasFocus: yaw.textFocus || pitch.textFocus || roll.textFocus
-        || fov.textFocus
+    readonly property bool spinBoxHasFocus: content.item !== null && content.item.textFocus
     // Bumped when the unit changes, since a setting is read by a call and not by a binding.
     property int unitTick: 0
 
     width: 300
-    height: column.implicitHeight + 20
+    height: content.height + 20
     visible: false
+    // Most runs never show it.
+    onVisibleChanged: if (visible) content.active = true
+    Component.onCompleted: if (visible) content.active = true
 
     // What is no number becomes 0.
     function number(value) { return isNaN(value) ? 0 : value }
@@ -107,99 +109,105 @@ FocusScope {
         color: Qt.rgba(0, 0, 0, 0.7)
     }
 
-    ColumnLayout {
-        id: column
+    Loader {
+        id: content
         anchors { left: parent.left; right: parent.right; top: parent.top; margins: 10 }
-        spacing: 6
+        active: false
+        sourceComponent: ColumnLayout {
+            readonly property bool textFocus: yaw.textFocus || pitch.textFocus || roll.textFocus
+                || fov.textFocus
 
-        RowLayout {
-            Layout.fillWidth: true
             spacing: 6
 
-            Button {
-                objectName: "resetButton"
-                text: qsTr("Reset")
+            RowLayout {
                 Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                onClicked: kGlobalObject.resetYawPitchRollFov()
-            }
-            Button {
-                objectName: "radButton"
-                text: qsTr("Rad")
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                enabled: !root.radians
-                onClicked: kSettings.set(root.unitKey, true)
-            }
-            Button {
-                objectName: "degButton"
-                text: qsTr("Deg")
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                enabled: root.radians
-                onClicked: kSettings.set(root.unitKey, false)
-            }
-        }
+                spacing: 6
 
-        // The limits of yaw and pitch are far wider than a turn, so that one can type any angle.
-        Field {
-            id: yaw
-            label: qsTr("Yaw")
-            shownValue: Lib.trimNumber(kGlobalObject.yaw * root.toShown, root.precision)
-            minimum: -180 * root.toShown
-            maximum: 180 * root.toShown
-            wraps: true
-            nextField: pitch
-            previousField: fov
-            onEntered: kGlobalObject.yaw = value / root.toShown
-        }
-        Field {
-            id: pitch
-            label: qsTr("Pitch")
-            shownValue: Lib.trimNumber(kGlobalObject.pitch * root.toShown, root.precision)
-            minimum: -180 * root.toShown
-            maximum: 180 * root.toShown
-            nextField: roll
-            previousField: yaw
-            onEntered: kGlobalObject.pitch = value / root.toShown
-        }
-        Field {
-            id: roll
-            label: qsTr("Roll")
-            shownValue: Lib.trimNumber(kGlobalObject.roll * root.toShown, root.precision)
-            minimum: -Math.PI * root.toShown
-            maximum: Math.PI * root.toShown
-            wraps: true
-            nextField: fov
-            previousField: pitch
-            onEntered: kGlobalObject.roll = value / root.toShown
-        }
-        Field {
-            id: fov
-            label: qsTr("Fov")
-            shownValue: Lib.trimNumber(kGlobalObject.fov * root.fovToShown, root.precision)
-            minimum: kGlobalObject.fovLimitMin * root.fovToShown
-            maximum: kGlobalObject.fovLimitMax * root.fovToShown
-            nextField: yaw
-            previousField: roll
-            onEntered: kGlobalObject.setFov(value / root.fovToShown, false)
-        }
+                Button {
+                    objectName: "resetButton"
+                    text: qsTr("Reset")
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 1
+                    onClicked: kGlobalObject.resetYawPitchRollFov()
+                }
+                Button {
+                    objectName: "radButton"
+                    text: qsTr("Rad")
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 1
+                    enabled: !root.radians
+                    onClicked: kSettings.set(root.unitKey, true)
+                }
+                Button {
+                    objectName: "degButton"
+                    text: qsTr("Deg")
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 1
+                    enabled: root.radians
+                    onClicked: kSettings.set(root.unitKey, false)
+                }
+            }
 
-        Label {
-            text: qsTr("window fps : ") + root.fps
-        }
-        Label {
-            text: root.headset && root.headset.available
-                ? qsTr("hmd fps : ") + root.headset.fps : ""
-            visible: text !== ""
-        }
-        Label {
-            text: root.realSense && root.realSense.available
-                ? qsTr("real sense fps : ") + root.realSense.fps : ""
-            visible: text !== ""
-        }
-        Label {
-            text: qsTr("video decoding fps : ") + root.mediaPlayer.fps
+            // The limits of yaw and pitch are far wider than a turn, so that one can type any angle.
+            Field {
+                id: yaw
+                label: qsTr("Yaw")
+                shownValue: Lib.trimNumber(kGlobalObject.yaw * root.toShown, root.precision)
+                minimum: -180 * root.toShown
+                maximum: 180 * root.toShown
+                wraps: true
+                nextField: pitch
+                previousField: fov
+                onEntered: kGlobalObject.yaw = value / root.toShown
+            }
+            Field {
+                id: pitch
+                label: qsTr("Pitch")
+                shownValue: Lib.trimNumber(kGlobalObject.pitch * root.toShown, root.precision)
+                minimum: -180 * root.toShown
+                maximum: 180 * root.toShown
+                nextField: roll
+                previousField: yaw
+                onEntered: kGlobalObject.pitch = value / root.toShown
+            }
+            Field {
+                id: roll
+                label: qsTr("Roll")
+                shownValue: Lib.trimNumber(kGlobalObject.roll * root.toShown, root.precision)
+                minimum: -Math.PI * root.toShown
+                maximum: Math.PI * root.toShown
+                wraps: true
+                nextField: fov
+                previousField: pitch
+                onEntered: kGlobalObject.roll = value / root.toShown
+            }
+            Field {
+                id: fov
+                label: qsTr("Fov")
+                shownValue: Lib.trimNumber(kGlobalObject.fov * root.fovToShown, root.precision)
+                minimum: kGlobalObject.fovLimitMin * root.fovToShown
+                maximum: kGlobalObject.fovLimitMax * root.fovToShown
+                nextField: yaw
+                previousField: roll
+                onEntered: kGlobalObject.setFov(value / root.fovToShown, false)
+            }
+
+            Label {
+                text: qsTr("window fps : ") + root.fps
+            }
+            Label {
+                text: root.headset && root.headset.available
+                    ? qsTr("hmd fps : ") + root.headset.fps : ""
+                visible: text !== ""
+            }
+            Label {
+                text: root.realSense && root.realSense.available
+                    ? qsTr("real sense fps : ") + root.realSense.fps : ""
+                visible: text !== ""
+            }
+            Label {
+                text: qsTr("video decoding fps : ") + root.mediaPlayer.fps
+            }
         }
     }
 }

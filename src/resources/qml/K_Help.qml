@@ -31,17 +31,20 @@ Rectangle {
         return lines.join("\n")
     }
 
-    width: label.implicitWidth + 20
-    height: label.implicitHeight + 20
+    width: label.width + 20
+    height: label.height + 20
     color: Qt.rgba(0, 0, 0, 0.7)
     visible: false
 
-    Text {
+    Loader {
         id: label
         anchors.centerIn: parent
-        text: root.text
-        textFormat: Text.PlainText
-        color: "white"
-        font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 14 })
+        active: root.visible
+        sourceComponent: Text {
+            text: root.text
+            textFormat: Text.PlainText
+            color: "white"
+            font: Qt.font({ family: root.Theme.fonts.mainFont.family, pixelSize: 14 })
+        }
     }
 }

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Dialogs 1.2
 import QtMultimedia 5.8
 import Orbilens 1.0
 import KVideo 1.0
@@ -11,6 +10,9 @@ Item {
 
     property QtObject mediaPlayer: videoPlayer
     property real volume: kSettings.getTyped("application/volume")
+
+    // StandardIcon.Critical, for whose module no start should wait.
+    readonly property int criticalIcon: 3
 
     signal changeRootState(string newState)
     signal displayMessage(string message, int icon)
@@ -45,7 +47,7 @@ Item {
             mediaPlayer.fileMetadata = {}
             mediaPlayer.logMessage = ""
             mediaPlayer.mediaSource = ""
-            displayMessage(message, StandardIcon.Critical)
+            displayMessage(message, criticalIcon)
         }
         if (dragAndDrop)
             changeRootState("Video")

@@ -1,10 +1,6 @@
 import QtQuick 2.15
-import QtQuick.Dialogs 1.2
 import QtQuick.Window 2.2
-import com.vedra.kontrols 1.0
-import "settings"
 import "settings/settingsDefaults.js" as Defaults
-import "widgets"
 
 // The preferences: categories left, the chosen one's settings right. A change holds at once; what
 // needs a restart turns the way back into the restart.
@@ -15,8 +11,9 @@ FocusScope {
     property string initialCurrentPlugin
     property string initialVlcCustomInstanceArguments
 
-    readonly property string category: categories[categoriesList.currentIndex].id
-    readonly property string hint: page.item ? page.item.hint : ""
+    property int categoryIndex: 0
+    readonly property string category: categories[categoryIndex].id
+    readonly property string hint: panel.item && panel.item.page.item ? panel.item.page.item.hint : ""
     readonly property bool restartNeeded: restartList.count > 0
     readonly property var categories: [
         { name: qsTr("General Settings"), id: "general" },
@@ -40,17 +37,13 @@ FocusScope {
     function gotoVideoCategory() {
         for (var i = 0; i < categories.length; ++i) {
             if (categories[i].id === "video")
-                categoriesList.currentIndex = i
+                categoryIndex = i
         }
         changeRootState("Settings")
     }
 
     function getCategoryComponent(categoryId) {
-        return {
-            "general": generalPage, "video": videoPage, "audio": audioPage,
-            "masterSlave": masterSlavePage, "controllers": controllersPage,
-            "advanced": advancedPage
-        }[categoryId] || null
+        return panel.item ? panel.item.pages[categoryId] || null : null
     }
 
     // A program driven by another has no say in these.
@@ -83,7 +76,14 @@ FocusScope {
     }
 
     // The page that had the focus at the last visit is gone.
-    onVisibleChanged: if (visible) categoriesList.forceActiveFocus()
+    onCategoryIndexChanged: if (panel.item) panel.item.categoriesList.currentIndex = categoryIndex
+    onVisibleChanged: {
+        if (visible) {
+            if (!panel.item)
+                panel.setSource("settings/K_SettingsPanel.qml", { "owner": root })
+            panel.item.categoriesList.forceActiveFocus()
+        }
+    }
 
     function goBack() {
         if (restartNeeded)
@@ -97,7 +97,7 @@ FocusScope {
         for (var i = 0; i < keys.length; ++i)
             kSettings.resetDefaultValue(keys[i])
         if (categoryId === "general")
-            folderDialog.folder = folderDialog.desktop
+            folderDialog().folder = folderDialog().desktop
         else if (categoryId === "video" && kGlobalObject.isVlcCustom())
             restoreVlcTexts()
         else if (categoryId === "video" || categoryId === "audio")
@@ -113,16 +113,19 @@ FocusScope {
 
     function restoreCurrentCategory() {
         // An edit under way ends before it is overruled.
-        restoreButton.forceActiveFocus()
+        panel.item.restoreButton.forceActiveFocus()
         restoreDefaultValues(category)
-        var index = categoriesList.currentIndex
-        categoriesList.currentIndex = (index + 1) % categories.length
-        categoriesList.currentIndex = index
+        var index = categoryIndex
+        categoryIndex = (index + 1) % categories.length
+        categoryIndex = index
     }
 
     // Brings what has the focus into sight.
     function reveal(item) {
-        var flickable = scroll.flickableItem
+        if (!panel.item)
+            return
+        var page = panel.item.page
+        var flickable = panel.item.scroll.flickableItem
         for (var parent = item && item.parent; parent && parent !== page; parent = parent.parent) {}
         if (!parent || !flickable)
             return
@@ -139,11 +142,11 @@ FocusScope {
         kVideoPlugin.currentPluginChanged.connect(onCurrentPluginChanged)
         initialCurrentPlugin = kVideoPlugin.currentPlugin
         initialVlcCustomInstanceArguments = kGlobalObject.getVlcCmdInfos(true, "instance")
-        var folders = { "application/general/printSavePath": folderDialog.desktop,
-                        "application/general/fileDialogLastFolder": folderDialog.movies }
+        var folders = { "application/general/printSavePath": "desktop",
+                        "application/general/fileDialogLastFolder": "movies" }
         for (var key in folders) {
             if (kSettings.getTyped(key) === "toBeDefine")
-                kSettings.set(key, folders[key])
+                kSettings.set(key, folderDialog()[folders[key]])
         }
     }
 
@@ -162,40 +165,17 @@ FocusScope {
 
     ListModel { id: restartList }
 
-    FileDialog {
-        id: folderDialog
-
-        readonly property url desktop: shortcuts.desktop || shortcuts.home
-        readonly property url movies: shortcuts.movies || shortcuts.home
-
-        title: qsTr("Choose screenshot save location")
-        selectFolder: true
-        folder: desktop
-        onAccepted: kSettings.set("application/general/printSavePath", fileUrl)
+    // Made when it is first asked for, which most runs never do.
+    function folderDialog() {
+        folderDialogLoader.active = true
+        return folderDialogLoader.item
     }
 
-    Component {
-        id: generalPage
-        K_SettingsGeneral {
-            desktopFolder: folderDialog.desktop
-            onChooseFolder: {
-                var last = kSettings.getTyped("application/general/printSavePath")
-                folderDialog.folder = last === "toBeDefine" ? folderDialog.desktop : last
-                folderDialog.open()
-            }
-        }
+    Loader {
+        id: folderDialogLoader
+        active: false
+        source: "settings/K_FolderDialog.qml"
     }
-    Component {
-        id: videoPage
-        K_SettingsVideo {
-            onInstanceArgumentsChanged: root.onInstanceArgumentsChanged(text)
-            onRestartPlayback: root.restartPlayback()
-        }
-    }
-    Component { id: audioPage; K_SettingsAudio {} }
-    Component { id: masterSlavePage; K_CommunicationSettings {} }
-    Component { id: controllersPage; K_SettingsControllers {} }
-    Component { id: advancedPage; K_SettingsAdvanced {} }
 
     Rectangle {
         anchors.fill: parent
@@ -209,108 +189,11 @@ FocusScope {
         }
     }
 
-    Item {
-        id: area
+    // Made with the first visit.
+    Loader {
+        id: panel
         anchors { top: parent.top; bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
         width: Math.min(930, parent.width)
-
-        K_BackButton {
-            id: backButton
-            objectName: "backButton"
-            anchors { left: parent.left; top: parent.top; margins: 20 }
-            text: root.restartNeeded ? qsTr("Restart to apply") : qsTr("Back to Player")
-            highlighted: root.restartNeeded
-            onClicked: root.goBack()
-        }
-
-        K_CategoryList {
-            id: categoriesList
-            objectName: "categoriesList"
-            anchors {
-                left: parent.left
-                top: backButton.bottom
-                bottom: footer.top
-                margins: 20
-            }
-            width: area.width < 800 ? 160 : 190
-            focus: true
-            model: root.categories
-            isLocked: root.isLocked
-        }
-
-        Rectangle {
-            id: divider
-            anchors {
-                left: categoriesList.right
-                leftMargin: 10
-                top: categoriesList.top
-                bottom: categoriesList.bottom
-            }
-            width: 1
-            color: Qt.rgba(1, 1, 1, 0.12)
-        }
-
-        ScrollView {
-            id: scroll
-            objectName: "scroll"
-            anchors {
-                left: divider.right
-                leftMargin: 10
-                right: parent.right
-                rightMargin: 6
-                top: categoriesList.top
-                bottom: categoriesList.bottom
-            }
-            horizontalScrollBarPolicy: Qt.ScrollBarAlwaysOff
-
-            Loader {
-                id: page
-                objectName: "page"
-                width: scroll.viewport.width - 4
-                active: root.state === "On"
-                sourceComponent: root.getCategoryComponent(root.category)
-                enabled: !root.isLocked(root.category)
-                opacity: enabled ? 1 : 0.2
-                onItemChanged: if (scroll.flickableItem) scroll.flickableItem.contentY = 0
-            }
-        }
-
-        Item {
-            id: footer
-            anchors {
-                left: parent.left
-                right: parent.right
-                bottom: parent.bottom
-                margins: 20
-            }
-            height: 44
-
-            Rectangle {
-                anchors { left: parent.left; right: parent.right; bottom: parent.top; bottomMargin: 8 }
-                height: 1
-                color: Qt.rgba(1, 1, 1, 0.12)
-            }
-            K_PlainText {
-                objectName: "hintLine"
-                anchors {
-                    left: parent.left
-                    right: restoreButton.left
-                    rightMargin: 20
-                    verticalCenter: parent.verticalCenter
-                }
-                text: root.hint
-                font.pixelSize: 13
-                maximumLineCount: 3
-                elide: Text.ElideRight
-            }
-            K_PanelButton {
-                id: restoreButton
-                objectName: "restoreButton"
-                anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-                text: qsTr("Restore Default values")
-                enabled: page.enabled
-                onClicked: root.restoreCurrentCategory()
-            }
-        }
+        focus: true
     }
 }

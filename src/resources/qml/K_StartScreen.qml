@@ -1,7 +1,6 @@
 import QtQuick 2.15
 import com.vedra.kontrols 1.0
 import com.vedra.components 1.0
-import "popup"
 
 // What the window shows while no medium does: how to open one, or why the last would not open.
 Rectangle {
@@ -9,7 +8,7 @@ Rectangle {
 
     property string errorString
     readonly property bool failed: errorString !== ""
-    readonly property alias fileDialogVisible: fileDialog.visible
+    readonly property bool fileDialogVisible: fileDialog.item !== null && fileDialog.item.visible
 
     signal changeBackend()
 
@@ -30,7 +29,6 @@ Rectangle {
         source: "qrc:/images/newui/LogoWhite.png"
         width: Math.min(360, parent.width - 40)
         fillMode: Image.PreserveAspectFit
-        mipmap: true
     }
 
     Label {
@@ -83,7 +81,10 @@ Rectangle {
             text: qsTr("Select files")
             backgroundColor: "#00A3DA"
             backgroundColorHovered: "#33b8e4"
-            onClicked: fileDialog.show()
+            onClicked: {
+                fileDialog.active = true
+                fileDialog.item.show()
+            }
         }
 
         Button {
@@ -110,5 +111,10 @@ Rectangle {
         }
     }
 
-    K_FileDialog { id: fileDialog }
+    // Its filters ask every library for its formats, which a start need not wait for.
+    Loader {
+        id: fileDialog
+        active: false
+        source: "popup/K_FileDialog.qml"
+    }
 }

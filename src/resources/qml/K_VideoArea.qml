@@ -16,7 +16,8 @@ FocusScope {
     readonly property bool empty: playerStatus === MediaPlayer.NoMedia
         || playerStatus === MediaPlayer.InvalidMedia
     readonly property alias fps: orbilensView.fps
-    readonly property alias fileDialogVisible: startScreen.fileDialogVisible
+    readonly property bool fileDialogVisible: startScreen.item !== null
+        && startScreen.item.fileDialogVisible
 
     signal changeRootState(string newState, string menuCategory)
     signal clicked()
@@ -41,14 +42,22 @@ FocusScope {
         }
     }
 
-    K_StartScreen {
+    // Made when it can first be seen, which a start with a medium need not wait for.
+    Loader {
         id: startScreen
+
+        readonly property bool seen: visible && !orbilensView.visible && !kApp.opensMedia
+
         anchors.fill: parent
         visible: !spinner.visible
         // Behind a panorama nobody sees where the focus is.
         enabled: !orbilensView.visible
-        errorString: root.mediaPlayer.errorString
-        onChangeBackend: root.changeRootState("Settings", "video")
+        active: false
+        onSeenChanged: if (seen) active = true
+        sourceComponent: K_StartScreen {
+            errorString: root.mediaPlayer.errorString
+            onChangeBackend: root.changeRootState("Settings", "video")
+        }
     }
 
     OrbilensView {

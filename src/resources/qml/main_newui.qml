@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Dialogs 1.2
 import Orbilens 1.0
 import com.vedra.kontrols 1.0
 import "popup"
@@ -44,9 +43,8 @@ FocusScope {
     function onDisplayPopup(qmlFile, rootState) { k_popup.load(qmlFile, rootState) }
 
     function onDisplayMessage(message, icon) {
-        messageDialog.icon = icon === undefined ? StandardIcon.Information : icon
-        messageDialog.text = message
-        messageDialog.open()
+        messageDialog.active = true
+        messageDialog.item.show(message, icon)
         kGlobalObject.restoreCursor()
     }
 
@@ -217,10 +215,10 @@ FocusScope {
         z: 20
     }
 
-    MessageDialog {
+    // Made for the first message.
+    Loader {
         id: messageDialog
-        objectName: "messageDialog"
-        title: kView.title()
-        modality: Qt.ApplicationModal
+        active: false
+        source: "K_MessageDialog.qml"
     }
 }

@@ -97,7 +97,7 @@ Item {
                 var list = findChild(settings, "categoriesList")
                 for (var i = 0; i < settings.categories.length; ++i) {
                     if (settings.categories[i].id === data.tag)
-                        list.currentIndex = i
+                        settings.categoryIndex = i
                 }
                 list.forceActiveFocus()
                 return settings
