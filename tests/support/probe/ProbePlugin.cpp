@@ -18,6 +18,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMatrix4x4>
+#include <QPointer>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
@@ -115,11 +116,15 @@ private:
     static QObject *view() { return context("kGlobalObject"); }
     static QObject *loader()
     {
+        // Asked for every few milliseconds while a start is measured.
+        static QPointer<QObject> found;
+        if (found)
+            return found;
         for (QObject *item : playerView()->rootObject()->findChildren<QObject *>()) {
             if (item->metaObject()->indexOfProperty("mediaPlayer") >= 0 &&
                 item->metaObject()->indexOfMethod(
                     "processFileSource(QVariant,QVariant,QVariant,QVariant)") >= 0)
-                return item;
+                return found = item;
         }
         return nullptr;
     }
