@@ -139,16 +139,3 @@ TEST(EventCoding, RecordsByteForByte)
     EXPECT_EQ(record["session"].toString(), "own");
     EXPECT_EQ(record["value"], QJsonValue(true));
 }
-
-TEST(EventCoding, SystemsOfTheUserAgent)
-{
-    const struct
-    {
-        int version;
-        const char *text;
-    } rows[] = {{0x80, "Windows;U;Windows NT 6.0"},   {0x90, "Windows;U;Windows NT 6.1"},
-                {0xa0, "Windows;U;Windows NT 6.2 "},  {0xb0, "Windows;U;Windows NT 6.3 "},
-                {0xc0, "Windows;U;Windows NT 10.0 "}, {0x30, "Windows;U;Windows"}};
-    for (const auto &row : rows)
-        EXPECT_EQ(EventCoding::systemText(row.version), row.text);
-}

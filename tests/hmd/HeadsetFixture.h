@@ -1,12 +1,13 @@
 #pragma once
 
-// An Application with the peers that a headset's thread reads, a GL context to share with, and the
-// folder by which a stand-in runtime is scripted; for the suites of all device families.
+// An Application with the peers that a headset's thread reads, a GL context to share with, and what
+// the suites of all device families ask of a device.
 
 #include "app/Application.h"
 #include "app/KGlobalObject.h"
 #include "hmd/HeadMotion.h"
 #include "hmd/HeadsetInterface.h"
+#include "hmd/HeadsetScript.h"
 #include "hmd/KHmd.h"
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
@@ -19,14 +20,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QMap>
-#include <QMutex>
-#include <QSaveFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+
+#include <algorithm>
 
 namespace test {
 
@@ -36,14 +32,6 @@ struct EyeSight
     QVector4D tangents; ///< left, right, up, down
     QMatrix4x4 eyeToHead;
 };
-
-inline QByteArray numbersOf(const QMatrix4x4 &matrix)
-{
-    QByteArray text;
-    for (int i = 0; i < 12; ++i)
-        text += ' ' + QByteArray::number(double(matrix(i / 4, i % 4)), 'g', 9);
-    return text;
-}
 
 /// An interface inside the headset that shows two textures and notes what it is told.
 class NotedInterface : public HeadsetInterface
@@ -63,28 +51,32 @@ public:
     QByteArray codes, gazes;
 };
 
+template <class Device>
 class HeadsetFixture : public ::testing::Test
 {
 protected:
-    explicit HeadsetFixture(const char *folderVariable)
+    using B = KShaderCodeBuilder;
+
+    HeadsetFixture()
     {
-        qputenv(folderVariable, folder.path().toLocal8Bit());
         setting("application/hmd/hmdMode", true);
         setting("application/hmd/gazeUI", false);
-        setting("application/input/stereoscopy", KShaderCodeBuilder::STEREO_2D);
+        setting("application/input/stereoscopy", B::STEREO_2D);
         application->setTextureProvider(
             std::make_unique<KTextureProvider>(application, true, false));
         application->setGlobalObject(std::make_unique<KGlobalObject>(application));
-        application->setShaderBuilder(std::make_unique<KShaderCodeBuilder>(application));
+        application->setShaderBuilder(std::make_unique<B>(application));
         builder = application->shaderBuilder();
         application->globalObject()->setFovLimits();
         application->checkOpenGLVersion(); // with the stage's context current
         show(directionPattern(QSize(512, 512)));
+        script.set(HeadsetScript::headLines({}));
     }
 
     ~HeadsetFixture() override
     {
         application->setHmd(nullptr);
+        expectCleanEnd();
         application->setShaderBuilder(nullptr);
         application->setGlobalObject(nullptr);
         application->setTextureProvider(nullptr);
@@ -107,64 +99,114 @@ protected:
         application->textureProvider()->setTextureId(upload(image));
     }
 
-    /// Changes lines of the runtime's script.
-    void script(const QMap<QByteArray, QByteArray> &changes)
-    {
-        for (auto line = changes.cbegin(); line != changes.cend(); ++line)
-            m_script[line.key()] = line.value();
-        QSaveFile file(folder.filePath("script"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        for (auto line = m_script.cbegin(); line != m_script.cend(); ++line)
-            file.write(line.key() + ' ' + line.value() + '\n');
-        ASSERT_TRUE(file.commit());
-    }
-
-    template <class Device>
     KHmd *start()
     {
         application->setHmd(std::make_unique<Device>(application));
         application->hmd()->startThread();
         return application->hmd();
     }
-
-    template <class Condition>
-    [[nodiscard]] static bool within(Condition condition)
+    KHmd *startTracking()
     {
-        return QTest::qWaitFor(condition, 20000);
+        KHmd *hmd = start();
+        EXPECT_TRUE(within([&] { return HeadMotion::isPose(hmd->hmdPose()); }))
+            << hmd->logMessage().toStdString();
+        EXPECT_TRUE(hmd->available() && hmd->activated() && builder->hmdMode());
+        return hmd;
+    }
+    bool turnsTo(const QMatrix4x4 &pose)
+    {
+        return within([&] {
+            const QMatrix4x4 difference = application->hmd()->hmdPose() - pose;
+            return std::all_of(difference.constData(), difference.constData() + 16,
+                               [](float number) { return std::abs(number) < 1e-5F; });
+        });
     }
 
-    /// The pictures of both eyes that the runtime gets from now on; kept as artefacts under @p
-    /// name.
-    std::array<QImage, 2> eyePictures(const QString &name)
+    void expectOff(KHmd *hmd)
     {
-        const QByteArray number = QByteArray::number(++m_pictures);
-        script({{"picture", number}});
-        const auto path = [&](int eye) {
-            return folder.filePath(QStringLiteral("eye%1-%2.ppm").arg(eye).arg(m_pictures));
+        EXPECT_FALSE(hmd->available() || hmd->activated() || builder->hmdMode());
+        EXPECT_FALSE(HeadMotion::isPose(hmd->hmdPose()));
+    }
+    void expectCleanEnd()
+    {
+        EXPECT_EQ(script.count("wrong"), 0) << "calls that the runtime would refuse";
+        EXPECT_EQ(script.count("unended"), 0);
+    }
+
+    void describe(int eye, const EyeSight &sight)
+    {
+        const QByteArray number = QByteArray::number(eye);
+        script.set("frustum" + number + ' ' + HeadsetScript::numbers(sight.tangents) + ";eye" +
+                   number + ' ' + HeadsetScript::numbers(sight.eyeToHead));
+    }
+
+    /// Both eyes see what the head looks at, whatever the medium. Where the view is shifted the
+    /// medium is turned too and the lenses stand to the head as @p rightLens and its mirror.
+    void expectBothEyes(const QString &family, const QMatrix4x4 &rightLens)
+    {
+        constexpr int kSphere = B::EQUIRECTANGULAR;
+        constexpr int kOver = B::STEREO_3D_OVERUNDER;
+        constexpr int kBeside = B::STEREO_3D_SIDEBYSIDE;
+        constexpr int kInverted = B::STEREO_3D_SIDEBYSIDE_INVERTED;
+        const struct
+        {
+            const char *name;
+            int source, stereo;
+            CameraAngles head;
+            float shiftYaw;
+            QVector4D left; // tangents, which the right eye has mirrored
+        } cases[] = {
+            {"straight", kSphere, B::STEREO_2D, {}, 0, {1, 1, 1, 1}},
+            {"lens", kSphere, kOver, {0.8F, -0.5F, 0.4F}, 1, {1.4F, 0.9F, 1.1F, 1}},
+            {"cubes", B::CUBEMAP, kInverted, {-2.1F, 1.1F, -0.7F}, -2, {1.6F, 0.7F, 0.9F, 1.2F}},
+            {"flat", B::STANDARD, kBeside, {0.3F, 0.2F, 0.4F}, 0, {1.2F, 1.2F, 1.08F, 1.08F}},
         };
-        EXPECT_TRUE(within([&] { return QFile::exists(path(1)); }));
-        const QDir artefacts(QStringLiteral(ORBILENS_BINARY_DIR "/artefacts"));
-        artefacts.mkpath(QStringLiteral("."));
-        std::array<QImage, 2> images;
-        for (int eye = 0; eye < 2; ++eye) {
-            images[std::size_t(eye)] = QImage(path(eye)).convertToFormat(QImage::Format_RGB32);
-            images[std::size_t(eye)].save(
-                artefacts.filePath(QStringLiteral("%1-eye%2.png").arg(name).arg(eye)));
+        for (const auto &c : cases) {
+            SCOPED_TRACE(c.name);
+            builder->setProjectionSource(c.source);
+            builder->setStereoMode(c.stereo);
+            const QMatrix4x4 head = CameraMath::matrixFromAngles(c.head);
+            const bool turned = c.shiftYaw != 0;
+            application->globalObject()->setOffsetMatrix(
+                CameraMath::matrixFromAngles({turned ? 0.4F : 0, 0, 0}));
+            const QMatrix4x4 lens = turned ? rightLens : QMatrix4x4();
+            const QVector4D right(c.left.y(), c.left.x(), c.left.z(), c.left.w());
+            const EyeSight sights[] = {{c.left, lens.inverted()}, {right, lens}};
+            script.set("size 160 144;" + HeadsetScript::headLines(head));
+            for (int eye = 0; eye < 2; ++eye)
+                describe(eye, sights[eye]);
+            startTracking()->setShiftYaw(c.shiftYaw);
+            const QMatrix4x4 pose = CameraMath::matrixFromAngles({-c.shiftYaw, 0, 0}) * head;
+            ASSERT_TRUE(turnsTo(pose));
+            shader::ShaderKey key;
+            key.projectionSource = c.source;
+            key.stereoMode = c.stereo;
+            const auto images = script.eyePictures(family + '-' + c.name);
+            for (std::size_t eye = 0; eye < 2; ++eye)
+                expectEye(images[eye], int(eye), sights[eye], pose, key, pattern);
+            application->setHmd(nullptr);
         }
-        return images;
     }
 
-    /// How often the runtime was asked for @p what.
-    int count(const QByteArray &what)
+    /// Ended while it starts, waits, draws and sleeps.
+    void expectEndsInAnyMoment()
     {
-        QFile file(folder.filePath("counts"));
-        if (!file.open(QIODevice::ReadOnly))
-            return 0;
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            if (line.startsWith(what + ' '))
-                return line.mid(what.size() + 1).toInt();
+        for (int i = 0; i < 20; ++i) {
+            KHmd *hmd = start();
+            if (i % 4 != 0) {
+                EXPECT_TRUE(within([&] { return hmd->available(); }));
+            }
+            if (i % 4 == 2)
+                script.eyePictures("straight");
+            if (i % 4 == 3)
+                hmd->setActivated(false); // from its sleep of a second
+            QSignalSpy finished(hmd, &KHmd::workerThreadFinished);
+            hmd->stopThread();
+            hmd->stopThread();
+            EXPECT_EQ(finished.count(), 1);
+            expectOff(hmd);
+            expectCleanEnd();
         }
-        return 0;
     }
 
     /// @p image must be what an eye with @p sight, in a head with @p pose, sees of @p picture.
@@ -188,7 +230,7 @@ protected:
         throughEye(1, 2) = (t.w() - t.z()) / 2;
         uniforms.matViewInverse =
             state->offsetMatrix() * pose * HeadMotion::rotationOf(sight.eyeToHead) * throughEye;
-        uniforms.fov = key.projectionSource == KShaderCodeBuilder::STANDARD ? state->fov() : 90;
+        uniforms.fov = key.projectionSource == B::STANDARD ? state->fov() : 90;
         uniforms.cameraYaw = state->yaw();
         uniforms.cameraPitch = state->pitch();
         uniforms.yawMin = state->yawMin();
@@ -201,15 +243,11 @@ protected:
 
     // A message box that is answered before the X server shows it.
     WarningGuard guard{{QStringLiteral("XCB error: 8 .*SetInputFocus")}};
-    QTemporaryDir folder;
+    HeadsetScript script;
     Application *application = static_cast<Application *>(qApp);
     KShaderCodeBuilder *builder = nullptr;
     GlStage stage;
     QImage pattern;
-
-private:
-    QMap<QByteArray, QByteArray> m_script;
-    int m_pictures = 0;
 };
 
 } // namespace test

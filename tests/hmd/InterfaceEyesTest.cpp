@@ -4,7 +4,7 @@
 #include "app/Application.h"
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
-#include "hmd/HeadMotion.h"
+#include "hmd/HeadsetScript.h"
 #include "hmd/KHmd.h"
 #include "hmd/KHmdUIManager.h"
 #include "render/CameraMath.h"
@@ -15,10 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QSaveFile>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QVector3D>
 
 namespace {
@@ -32,9 +28,8 @@ class InterfaceEyes : public ::testing::Test
 protected:
     InterfaceEyes()
     {
-        qputenv("ORBILENS_VR_FOLDER", folder.path().toLocal8Bit());
         const QByteArray size = QByteArray::number(kEyePixels);
-        lines["size"] = size + ' ' + size;
+        script.set("size " + size + ' ' + size);
         turnHead(0);
         const std::pair<const char *, QVariant> values[] = {{"application/hmd/sdk", "openvr"},
                                                             {"application/hmd/hmdMode", true},
@@ -44,41 +39,10 @@ protected:
         application->init();
     }
 
-    void write()
-    {
-        QSaveFile file(folder.filePath("script"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        for (auto line = lines.cbegin(); line != lines.cend(); ++line)
-            file.write(line.key() + ' ' + line.value() + '\n');
-        ASSERT_TRUE(file.commit());
-    }
-
     void turnHead(float yaw)
     {
         head = CameraMath::matrixFromAngles({yaw, 0, 0});
-        QByteArray numbers;
-        for (int i = 0; i < 12; ++i)
-            numbers += QByteArray::number(double(head(i / 4, i % 4))) + ' ';
-        lines["pose"] = numbers;
-        write();
-    }
-
-    QImage leftEye(const QString &name)
-    {
-        lines["picture"] = QByteArray::number(++pictures);
-        write();
-        const QString path = folder.filePath(QStringLiteral("eye%1-%2.ppm"));
-        EXPECT_TRUE(within([&] { return QFile::exists(path.arg(1).arg(pictures)); }));
-        const QImage image(path.arg(0).arg(pictures));
-        const QDir artefacts(QStringLiteral(ORBILENS_BINARY_DIR "/artefacts/interface"));
-        EXPECT_TRUE(artefacts.mkpath(".") && image.save(artefacts.filePath(name + ".png")));
-        return image;
-    }
-
-    template <class Condition>
-    static bool within(Condition condition)
-    {
-        return QTest::qWaitFor(condition, 20000);
+        script.set(test::HeadsetScript::headLines(head));
     }
 
     /// Where an eye sees a pixel of the panel.
@@ -98,10 +62,8 @@ protected:
     }
 
     test::WarningGuard guard;
-    QTemporaryDir folder;
-    QMap<QByteArray, QByteArray> lines;
+    test::HeadsetScript script;
     QMatrix4x4 head;
-    int pictures = 0;
     Application *application = static_cast<Application *>(qApp);
 };
 
@@ -109,35 +71,35 @@ protected:
 
 TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
 {
-    ASSERT_TRUE(
-        within([&] { return application->hmdUiManager() && application->hmd()->available(); }));
+    ASSERT_TRUE(test::within(
+        [&] { return application->hmdUiManager() && application->hmd()->available(); }));
     KHmdUIManager *manager = application->hmdUiManager();
     KGlobalObject *camera = application->globalObject();
     QImage still(400, 200, QImage::Format_RGB32);
     still.fill(kSurroundings);
     QStringList files;
     for (const char *name : {"morning.png", "noon.png", "evening.png"}) {
-        files.append(folder.filePath(name));
+        files.append(script.filePath(name));
         ASSERT_TRUE(still.save(files.last()));
     }
     camera->openFiles(files);
     turnHead(0.5F);
-    ASSERT_TRUE(within([&] { return std::abs(camera->yaw() - 0.5F) < 1e-4F; }));
-    ASSERT_TRUE(within([&] { return manager->textureId(0) > 0 && manager->textureId(1) > 0; }));
+    ASSERT_TRUE(test::within([&] { return std::abs(camera->yaw() - 0.5F) < 1e-4F; }));
+    ASSERT_TRUE(
+        test::within([&] { return manager->textureId(0) > 0 && manager->textureId(1) > 0; }));
 
-    lines["controller7"] = "2 0 0"; // the menu button opens the panel
-    write();
-    ASSERT_TRUE(within([&] { return manager->isShown(); }));
-    ASSERT_TRUE(within([&] { return manager->uiState() == KHmdUIManager::Hovered; }));
-    lines.remove("controller7");
+    script.set("controller7 2 0 0"); // the menu button opens the panel
+    ASSERT_TRUE(test::within([&] { return manager->isShown(); }));
+    ASSERT_TRUE(test::within([&] { return manager->uiState() == KHmdUIManager::Hovered; }));
+    script.set("controller7");
     QTest::qWait(300);
-    leftEye("eye-ahead");
+    script.eyePictures("interface-ahead");
 
     // Beside the pictures, so that nothing is chosen; the panel stays behind to the left.
     turnHead(1.1F);
-    ASSERT_TRUE(within([&] { return manager->uiState() == KHmdUIManager::Idle; }));
+    ASSERT_TRUE(test::within([&] { return manager->uiState() == KHmdUIManager::Idle; }));
     QTest::qWait(300);
-    const QImage eye = leftEye("eye-turned");
+    const QImage eye = script.eyePictures("interface-turned")[0];
     const QImage panel = test::downloadTexture(application->sharedGlContext(),
                                                manager->textureId(0), manager->textureSize(0));
     const struct
@@ -159,12 +121,13 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
 
     // Back to the middle: resting on the second picture chooses it.
     turnHead(0.5F);
-    EXPECT_TRUE(within([&] { return camera->playListIndex() == 1; }));
+    EXPECT_TRUE(test::within([&] { return camera->playListIndex() == 1; }));
     EXPECT_FALSE(manager->isShown());
     constexpr int kPlayingState = 1; // of MediaPlayer in the scene
-    ASSERT_TRUE(within([&] {
+    ASSERT_TRUE(test::within([&] {
         return camera->mediaPlayer()->property("playbackState").toInt() == kPlayingState &&
                application->textureProvider()->textureId() > 0;
     }));
-    EXPECT_EQ(distance(leftEye("eye-closed").pixelColor(300, 300), kSurroundings), 0);
+    EXPECT_EQ(
+        distance(script.eyePictures("interface-closed")[0].pixelColor(300, 300), kSurroundings), 0);
 }

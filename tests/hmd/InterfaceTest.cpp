@@ -4,6 +4,7 @@
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
 #include "hmd/KHmdUIManager.h"
+#include "hmd/KQuickRender.h"
 #include "render/CameraMath.h"
 #include "render/HeadsetView.h"
 #include "render/KTextureProvider.h"
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -369,13 +371,18 @@ TEST_F(Interface, ASingleMediumHasNoPlaylistToChooseFrom)
     keep(0, "no-playlist");
     // The round button closes by the same wait.
     const QQuickItem *button = item("closeButton");
-    const QPointF centre = button->mapToScene({button->width() / 2, button->height() / 2}) -
-                           QPointF(view->width() + 1, 0);
-    const double slope = 4000 * 2 * 0.07919222016226815;
-    const double yaw = std::atan((centre.x() - 2000) / slope);
-    const double pitch = std::atan((centre.y() - 1000) / slope * std::cos(yaw));
-    look(float(yaw / double(kDegree)), float(pitch / double(kDegree)));
-    EXPECT_TRUE(button->property("hovered").toBool());
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            // Where it stands is known once the panel is laid out.
+            const QPointF centre = button->mapToScene({button->width() / 2, button->height() / 2}) -
+                                   QPointF(view->width() + 1, 0);
+            const double slope = 4000 * 2 * 0.07919222016226815;
+            const double yaw = std::atan((centre.x() - 2000) / slope);
+            const double pitch = std::atan((centre.y() - 1000) / slope * std::cos(yaw));
+            look(float(yaw / double(kDegree)), float(pitch / double(kDegree)));
+            return button->property("hovered").toBool();
+        },
+        20000));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !manager->isShown(); }, 20000));
 }
 
@@ -429,6 +436,46 @@ TEST_F(Interface, WorksTheSameWithScenesOfItsOwn)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     for (int i = 0; i < published.size(); ++i)
         context->setContextProperty(names[i], published.at(i));
+}
+
+TEST_F(Interface, ASceneOfItsOwnIsUprightAndFollowedOrSaysWhyThereIsNone)
+{
+    const struct
+    {
+        const char *text, *warning; // no warning: there is a scene
+    } rows[] = {{"import QtQuick 2.15\nItem { width: 40; height: 20\n"
+                 "Rectangle { objectName: 'top'; width: 40; height: 10; color: 'red' }}",
+                 nullptr},
+                {"import QtQuick 2.15\nItem { nonsense }", "own 1.qml"},
+                {"import QtQml 2.15\nQtObject {}", "run: Not a QQuickItem"}};
+    for (const auto &row : rows) {
+        const QString path = folder.filePath(QStringLiteral("own %1.qml").arg(&row - rows));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(row.text);
+        file.close();
+        const KQuickRender render(application->sharedGlContext(), view->engine(),
+                                  QUrl::fromLocalFile(path));
+        if (row.warning) {
+            QTest::qWait(30); // longer than it takes to draw
+            EXPECT_EQ(render.rootItem(), nullptr);
+            EXPECT_EQ(render.textureId(), 0);
+            EXPECT_TRUE(guard.take().join('\n').contains(row.warning)) << row.warning;
+            continue;
+        }
+        ASSERT_TRUE(QTest::qWaitFor([&] { return render.textureId() > 0; }));
+        EXPECT_EQ(render.size(), QSize(40, 20));
+        EXPECT_EQ(render.textureSize(), QSize(40, 20));
+        const auto pixel = [&](int y) {
+            return test::downloadTexture(application->sharedGlContext(), render.textureId(),
+                                         render.textureSize())
+                .pixelColor(20, y);
+        };
+        EXPECT_EQ(pixel(2), QColor(Qt::red));
+        EXPECT_EQ(pixel(15).alpha(), 0);
+        render.rootItem()->findChild<QQuickItem *>("top")->setProperty("color", "blue");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return pixel(2) == QColor(Qt::blue); }, 5000));
+    }
 }
 
 #include "InterfaceTest.moc"

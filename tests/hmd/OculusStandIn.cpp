@@ -4,14 +4,11 @@
 //
 //   type 14                kind of headset, 0 for none
 //   rate 90                frames per second
-//   size 64 48             pixels of an eye
-//   frustumE 1 1 1 1       tangents of eye E: left, right, up, down
 //   head X Y Z W ...       orientations, one a frame; the last stays
 //   mounted 1, visible 1, quit 0, recenter 0   what the status tells
 //   lost N                 the displays of the first N sessions go away after some frames
 //   ovr_NAME CODE N        the N-th call fails with CODE, each with N 0
 //   input TYPE BUTTONS LX LY RX RY   a controller
-//   picture N              the eyes submitted next are kept as eye0-N.ppm and eye1-N.ppm
 
 #define GL_GLEXT_PROTOTYPES
 #include "StandInScript.h"
@@ -98,13 +95,13 @@ int enter(const char *name, Session given = nullptr, Chain *chain = nullptr)
 
 ovrFovPort frustum(int eye) // up, down, left, right
 {
-    const Numbers t = numbers("frustum" + std::to_string(eye), {1, 1, 1, 1});
+    const Numbers t = tangentsOfEye(eye);
     return {{float(t[2]), float(t[3]), float(t[0]), float(t[1])}};
 }
 
 ovrSizei size()
 {
-    const Numbers pixels = numbers("size", {64, 48});
+    const Numbers pixels = sizeOfEye();
     return {std::int32_t(pixels[0]), std::int32_t(pixels[1])};
 }
 

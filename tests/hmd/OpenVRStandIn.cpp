@@ -3,14 +3,11 @@
 // the player's own declarations, of which it shares the names alone: a call through a pointer of
 // another type is an error. Follows a script and keeps the eyes' pictures.
 //
-// ORBILENS_VR_FOLDER names the folder of the file "script", read anew for each frame: lines of a
-// key and numbers. What is missing has the default told here.
+// The script is read anew for each frame; what is missing has the default told here.
 //   installed 1            VR_IsRuntimeInstalled
 //   initError 0            what VR_InitInternal fails with
 //   valid 1                IVRSystem_015 is reported as valid
 //   refuse 0               a table that is not to be had: 1 render models, 2 system, 3 compositor
-//   size 64 48             pixels of an eye
-//   frustumE 1 1 1 1       tangents of eye E: left, right, up, down
 //   eyeE <12 numbers>      eye E to head, row by row
 //   pose <12 numbers>      head, row by row; missing: no valid pose
 //   wait 0                 what WaitGetPoses fails with
@@ -18,8 +15,6 @@
 //   quit 0                 a quit event waits
 //   lose 0                 the session has begun anew this often, each time when the left eye comes
 //   controllerD MASK X Y   device D and what is pressed
-//   picture N              the eyes submitted next are kept as eye0-N.ppm and eye1-N.ppm
-// With each picture and at its end it writes the file "counts": what was called how often.
 
 #include "StandInScript.h"
 
@@ -78,21 +73,21 @@ struct Tables
     static bool alive()
     {
         const bool mine = token() % 2 == parity;
-        counts["stale"] += !mine;
+        counts["wrong"] += !mine;
         return mine;
     }
 
     static void recommendedSize(std::uint32_t *width, std::uint32_t *height)
     {
         alive();
-        const Numbers size = numbers("size", {64, 48});
+        const Numbers size = sizeOfEye();
         *width = std::uint32_t(size[0]);
         *height = std::uint32_t(size[1]);
     }
     static Matrix44 projection(std::int32_t eye, float near, float far)
     {
         alive();
-        const Numbers t = numbers("frustum" + std::to_string(eye), {1, 1, 1, 1});
+        const Numbers t = tangentsOfEye(eye);
         const double w = t[0] + t[1], h = t[2] + t[3], depth = far - near;
         return matrix<Matrix44>({2 / w, 0, (t[1] - t[0]) / w, 0, 0, 2 / h, (t[2] - t[3]) / h, 0, 0,
                                  0, -(far + near) / depth, -2 * far * near / depth, 0, 0, -1, 0});
@@ -219,7 +214,7 @@ std::uint32_t VR_InitInternal(std::int32_t *error, std::int32_t applicationType)
     if (lastFolder != path("")) // another test in the same process
         counts.clear();
     lastFolder = path("");
-    ++counts["inits"];
+    ++counts["unended"];
     focused = quitTold = false;
     keptPicture = 0;
     *error = applicationType == 1 ? std::int32_t(number("initError", 0)) : 130;
@@ -228,7 +223,7 @@ std::uint32_t VR_InitInternal(std::int32_t *error, std::int32_t applicationType)
 
 void VR_ShutdownInternal()
 {
-    ++counts["shutdowns"];
+    --counts["unended"];
     writeCounts();
 }
 

@@ -5,7 +5,11 @@
 // thread at a time.
 //
 // ORBILENS_VR_FOLDER names the folder of the file "script": lines of a key and numbers. What was
-// called how often goes to the file "counts" beside it.
+// called how often goes to the file "counts" beside it. What both families read is
+//   size 64 48             pixels of an eye
+//   frustumE 1 1 1 1       tangents of eye E: left, right, up, down
+//   picture N              the eyes submitted next are kept as eye0-N.ppm and eye1-N.ppm
+// "wrong" counts what a real runtime would refuse, "unended" the sessions that go on.
 
 #include <GL/gl.h>
 
@@ -68,6 +72,16 @@ template <class Struct>
 const char *bytes(const Struct *given)
 {
     return reinterpret_cast<const char *>(given);
+}
+
+Numbers sizeOfEye()
+{
+    return numbers("size", {64, 48});
+}
+
+Numbers tangentsOfEye(int eye)
+{
+    return numbers("frustum" + std::to_string(eye), {1, 1, 1, 1});
 }
 
 template <class Value>

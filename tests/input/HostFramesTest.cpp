@@ -1,14 +1,12 @@
 // The whole road of a host application's frames: another process, the block, the real program, the
 // pixels of its window.
 
-#include "input/WriterProcess.h"
+#include "input/SharedWriter.h"
 #include "support/Desktop.h"
 #include "support/probe/ProbedPlayer.h"
 
 #include <QColor>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QThread>
 
 #include <array>
@@ -21,21 +19,18 @@ constexpr int kHeight = 128;
 
 /// Red and green above, blue and white below, as bytes of a pixel (kind 0) or of a pair (kind 1,
 /// the codes of ITU-R BT.709 in studio range).
-const std::array<QByteArray, 4> kColours[] = {
-    {QByteArray("\x00\x00\xff\xff", 4), QByteArray("\x00\xff\x00\xff", 4),
-     QByteArray("\xff\x00\x00\xff", 4), QByteArray("\xff\xff\xff\xff", 4)},
-    {QByteArray("\x3f\x66\x3f\xf0", 4), QByteArray("\xad\x2a\xad\x1a", 4),
-     QByteArray("\x20\xf0\x20\x76", 4), QByteArray("\xeb\x80\xeb\x80", 4)}};
+const std::array<const char *, 4> kColours[] = {
+    {"\x00\x00\xff\xff", "\x00\xff\x00\xff", "\xff\x00\x00\xff", "\xff\xff\xff\xff"},
+    {"\x3f\x66\x3f\xf0", "\xad\x2a\xad\x1a", "\x20\xf0\x20\x76", "\xeb\x80\xeb\x80"}};
 
-QByteArray quarters(int kind)
+std::vector<std::uint8_t> quarters(int kind, bool upsideDown)
 {
-    QByteArray bytes;
-    const int unitsPerRow = kind == 1 ? kWidth / 2 : kWidth;
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < unitsPerRow; ++x)
-            bytes +=
-                kColours[kind]
-                        [std::size_t((y < kHeight / 2 ? 0 : 2) + (x < unitsPerRow / 2 ? 0 : 1))];
+    std::vector<std::uint8_t> bytes;
+    const int units = kind == 1 ? kWidth / 2 : kWidth;
+    for (int i = 0; i < kHeight * units; ++i) {
+        const bool below = (i / units >= kHeight / 2) != upsideDown;
+        const char *colour = kColours[kind][(below ? 2U : 0U) + (i % units < units / 2 ? 0U : 1U)];
+        bytes.insert(bytes.end(), colour, colour + 4);
     }
     return bytes;
 }
@@ -44,18 +39,13 @@ QByteArray quarters(int kind)
 char nameOf(const QByteArray &answer)
 {
     const QColor colour(QString::fromLatin1(answer));
-    const auto high = [](int channel) { return channel > 180; };
-    const auto low = [](int channel) { return channel < 90; };
-    const int r = colour.red();
-    const int g = colour.green();
-    const int b = colour.blue();
-    if (high(r) && high(g) && high(b))
-        return 'w';
-    if (high(r) && low(g) && low(b))
-        return 'r';
-    if (low(r) && high(g) && low(b))
-        return 'g';
-    return low(r) && low(g) && high(b) ? 'b' : '0';
+    int high = 0;
+    for (const int channel : {colour.red(), colour.green(), colour.blue()}) {
+        if (channel >= 90 && channel <= 180)
+            return '0';
+        high = 2 * high + (channel > 180 ? 1 : 0);
+    }
+    return "0bg0r00w"[high];
 }
 
 class HostFrames : public ::testing::Test
@@ -63,74 +53,61 @@ class HostFrames : public ::testing::Test
 protected:
     void SetUp() override { ASSERT_TRUE(desktop.valid()) << "no X server could be started"; }
 
-    QByteArray quartersOnScreen()
+    QByteArray quartersOnScreen(test::ProbedPlayer &player)
     {
         QByteArray names;
         for (const char *place : {"0.35 0.35", "0.65 0.35", "0.35 0.65", "0.65 0.65"})
             names += nameOf(player.ask(QByteArray("pixel ") + place));
         return names;
     }
-    bool screenShows(const QByteArray &names)
+    bool screenShows(test::ProbedPlayer &player, const QByteArray &names)
     {
         QElapsedTimer timer;
         timer.start();
-        while (quartersOnScreen() != names) {
+        while (quartersOnScreen(player) != names) {
             if (timer.elapsed() > kPatienceMs)
                 return false;
             QThread::msleep(50);
         }
         return true;
     }
-    void play(int kind, bool inverse = false)
-    {
-        QByteArray bytes = quarters(kind);
-        if (inverse) // upside down: the lower half first
-            bytes = bytes.mid(bytes.size() / 2) + bytes.left(bytes.size() / 2);
-        QFile clip(folder.filePath("clip.raw"));
-        ASSERT_TRUE(clip.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        clip.write(bytes);
-        clip.close();
-        EXPECT_EQ(writer.ask(QStringLiteral("play 1 %1 %2 %3 0 %4")
-                                 .arg(kWidth)
-                                 .arg(kHeight)
-                                 .arg(kind)
-                                 .arg(clip.fileName())),
-                  "ok");
-    }
 
     test::Desktop desktop;
-    QTemporaryDir folder;
-    test::WriterProcess writer{"/AVRT_Shared_Memory"};
-    test::ProbedPlayer player;
+    test::SharedWriter writer{"/AVRT_Shared_Memory"};
+    quint64 timestamp = 0;
 };
 
 } // namespace
 
-TEST_F(HostFrames, AHostThatStartsThePlayerWritesItsRowsFromBelow)
+TEST_F(HostFrames, AreShownByArgumentOrSettingAndStayWhenTheHostDies)
 {
-    writer.create(1, 1 << 20);
-    ASSERT_TRUE(player.start(desktop.environment(player.home()), {"--adobeplugin"}));
-    EXPECT_EQ(quartersOnScreen(), "0000");
-    play(0);
-    EXPECT_TRUE(screenShows("bwrg")) << quartersOnScreen().toStdString();
-    play(1, true);
-    EXPECT_TRUE(screenShows("rgbw")) << quartersOnScreen().toStdString();
-    EXPECT_EQ(player.quit(), 0);
-    EXPECT_EQ(test::complaints(player.errors()), "");
-}
-
-TEST_F(HostFrames, StartsByTheSettingWithRowsFromAboveAndOutlivesTheWriter)
-{
-    ASSERT_TRUE(player.start(desktop.environment(player.home()), {},
-                             {{"application/advanced/sharedmemory", true}}));
-    writer.create(1, 1 << 20);
-    play(1);
-    EXPECT_TRUE(screenShows("rgbw")) << quartersOnScreen().toStdString();
-    play(0, true);
-    EXPECT_TRUE(screenShows("bwrg")) << quartersOnScreen().toStdString();
-    play(0);
-    EXPECT_TRUE(screenShows("rgbw")) << quartersOnScreen().toStdString();
-    writer.kill();
-    EXPECT_TRUE(screenShows("rgbw")) << "the last picture stays";
-    EXPECT_EQ(player.quit(), 0);
+    const struct
+    {
+        QStringList arguments;
+        QVariantMap settings;
+        bool blockFirst, rowsFromBelow;
+    } rows[] = {{{"--adobeplugin"}, {}, true, true},
+                {{}, {{"application/advanced/sharedmemory", true}}, false, false}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.blockFirst);
+        test::ProbedPlayer player;
+        if (row.blockFirst)
+            writer.create(1, 1 << 20);
+        ASSERT_TRUE(player.start(desktop.environment(player.home()), row.arguments, row.settings));
+        EXPECT_EQ(quartersOnScreen(player), "0000");
+        if (!row.blockFirst)
+            writer.create(1, 1 << 20);
+        const std::pair<int, bool> frames[] = {{0, false}, {1, true}, {0, true}};
+        for (const auto &[kind, upsideDown] : frames) {
+            writer.frame(0, ++timestamp, kWidth, kHeight, kind, quarters(kind, upsideDown));
+            EXPECT_TRUE(screenShows(player, upsideDown == row.rowsFromBelow ? "rgbw" : "bwrg"))
+                << kind << quartersOnScreen(player).constData();
+        }
+        writer.leave();
+        QThread::msleep(500);
+        EXPECT_EQ(quartersOnScreen(player), row.rowsFromBelow ? "rgbw" : "bwrg");
+        writer.unlink();
+        EXPECT_EQ(player.quit(), 0);
+        EXPECT_EQ(test::complaints(player.errors()), "");
+    }
 }

@@ -2,13 +2,11 @@
 
 #include "input/SharedMemoryBlock.h"
 #include "input/SharedFrameReader.h"
-#include "input/WriterProcess.h"
+#include "input/SharedWriter.h"
 
 #include <QElapsedTimer>
 
 namespace {
-
-using test::WriterProcess;
 
 constexpr int kPatienceMs = 60000;
 constexpr int kSize = 256 * 1024;
@@ -16,16 +14,18 @@ constexpr int kSize = 256 * 1024;
 class SharedBlock : public ::testing::Test
 {
 protected:
+    SharedBlock() { timer.start(); }
     void open()
     {
         ASSERT_TRUE(block.open(writer.name()));
         ASSERT_EQ(reader.greet(block, block.readerHandle()), BlockGreeting::Accepted);
     }
 
-    WriterProcess writer;
+    test::SharedWriter writer;
     SharedMemoryBlock block;
     SharedFaults faults;
     SharedFrameReader reader{&faults};
+    QElapsedTimer timer;
 };
 
 } // namespace
@@ -37,12 +37,10 @@ TEST_F(SharedBlock, ThousandsOfFramesArriveWhole)
     for (const auto &[slotCount, kind] : rings) {
         writer.create(slotCount, kSize);
         open();
-        writer.send(QStringLiteral("play %1 64 32 %2 0").arg(kFrames).arg(kind));
+        test::InOtherProcess host([this, kind = kind] { writer.play(kFrames, 64, 32, kind); });
         int last = 0;
         int taken = 0;
-        QElapsedTimer timer;
-        timer.start();
-        std::vector<std::uint8_t> pixels(test::patternRowBytes(64, kind) * 32);
+        std::vector<std::uint8_t> pixels(test::patternPixels(64, 32, kind, 0).size());
         while (last < kFrames && timer.elapsed() < kPatienceMs) {
             const auto slot = reader.take(block);
             if (!slot)
@@ -54,9 +52,9 @@ TEST_F(SharedBlock, ThousandsOfFramesArriveWhole)
             reader.release(block, *slot);
             ++taken;
         }
-        EXPECT_EQ(last, kFrames) << "of a ring of " << slotCount;
+        ASSERT_EQ(last, kFrames) << "of a ring of " << slotCount;
         EXPECT_TRUE(slotCount > 1 || taken == kFrames) << "a ring of one loses nothing";
-        EXPECT_EQ(writer.reply(), "ok");
+        EXPECT_TRUE(host.ended());
     }
     EXPECT_EQ(faults.total(), 0) << faults.text().toStdString();
 }
@@ -70,20 +68,22 @@ TEST_F(SharedBlock, AWriterThatCutsItsBlockHarmsNobody)
     slot.dataOffset = 4096;
     slot.height = 60;
     slot.rowBytes = 4096;
-    QElapsedTimer timer;
-    timer.start();
-    while (faults.count(SharedFault::FrameCutShort) < 20 && timer.elapsed() < kPatienceMs) {
-        writer.send("shake 1000 262144");
-        for (int i = 0; i < 200; ++i) {
+    {
+        const test::InOtherProcess host([this] {
+            for (std::size_t i = 0;; ++i) {
+                writer.resize(i * 7919 % kSize);
+                writer.resize(kSize);
+            }
+        });
+        while (faults.count(SharedFault::FrameCutShort) < 20 && timer.elapsed() < kPatienceMs) {
             (void)reader.take(block);
             (void)reader.copy(block, slot, pixels.data(), 4096, 60);
             (void)reader.pollInterval(block);
         }
-        EXPECT_EQ(writer.reply(), "ok");
     }
     EXPECT_GE(faults.count(SharedFault::FrameCutShort), 20);
 
-    EXPECT_EQ(writer.ask("truncate 0"), "ok");
+    writer.resize(0);
     EXPECT_FALSE(reader.take(block));
     reader.release(block, slot);
     EXPECT_EQ(block.size(), 0U) << "the reader never makes a block longer";
@@ -97,11 +97,10 @@ TEST_F(SharedBlock, ABlockMadeAnewIsNoticed)
     writer.create(1, kSize);
     open();
     EXPECT_FALSE(block.isReplaced(writer.name()));
-    writer.ask("unlink");
+    writer.unlink();
     EXPECT_FALSE(block.isReplaced(writer.name())) << "gone is not replaced: the picture stays";
-    writer.kill();
+    writer.leave();
     EXPECT_EQ(block.size(), quint64(kSize));
-    writer.start();
     writer.create(1, 4096);
     EXPECT_TRUE(block.isReplaced(writer.name()));
     open();

@@ -1,7 +1,7 @@
-// Frames of a writer in another process as textures of this one, compared byte by byte.
+// Frames of another program as textures of this one, compared byte by byte.
 
 #include "input/SharedMemoryThread.h"
-#include "input/WriterProcess.h"
+#include "input/SharedWriter.h"
 #include "video/GlContext.h"
 
 #include <QOpenGLExtraFunctions>
@@ -62,33 +62,20 @@ protected:
         view.doneCurrent();
     }
 
-    void start() { thread.start(); }
     void stop()
     {
         thread.stop();
         thread.wait();
     }
-    void write(int slot, int timestamp, int width, int height, int kind, int seed)
-    {
-        EXPECT_EQ(writer.ask(QStringLiteral("frame %1 %2 %3 %4 %5 %6")
-                                 .arg(slot)
-                                 .arg(timestamp)
-                                 .arg(width)
-                                 .arg(height)
-                                 .arg(kind)
-                                 .arg(seed)),
-                  "ok");
-    }
     bool eventually(const std::function<bool()> &condition)
     {
         return QTest::qWaitFor(condition, kPatienceMs);
     }
-    bool isReady(int slot)
+    /// Whether the published texture becomes the pattern, to one level of rounding.
+    bool comesToShow(int width, int height, int kind, int seed)
     {
-        return writer.ask(QString("peek %1 2").arg(0x94 + 56 * slot + 0x30)) != "0";
+        return eventually([=] { return shows(width, height, kind, seed); });
     }
-
-    /// Whether the published texture is the pattern, to one level of rounding.
     bool shows(int width, int height, int kind, int seed)
     {
         const int texture = published.textureId();
@@ -117,7 +104,7 @@ protected:
         return same;
     }
 
-    test::WriterProcess writer;
+    test::SharedWriter writer;
     test::GlContext share;
     QOpenGLContext view;
     QOffscreenSurface surface;
@@ -130,7 +117,7 @@ protected:
 
 TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
 {
-    start(); // long before there is a block
+    thread.start(); // long before there is a block
     EXPECT_EQ(published.textureId(), 0);
     writer.create(3, kSize);
     const struct
@@ -142,10 +129,10 @@ TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
     for (const auto &row : rows) {
         const int slot = timestamp % 3;
         ++timestamp;
-        write(slot, timestamp, row.width, row.height, row.kind, timestamp);
-        EXPECT_TRUE(eventually([&] { return shows(row.width, row.height, row.kind, timestamp); }))
+        writer.frame(slot, timestamp, row.width, row.height, row.kind, timestamp);
+        EXPECT_TRUE(comesToShow(row.width, row.height, row.kind, timestamp))
             << row.width << "x" << row.height << " kind " << row.kind;
-        EXPECT_TRUE(eventually([&] { return !isReady(slot); }));
+        EXPECT_TRUE(eventually([&] { return !writer.isReady(slot); }));
     }
     stop();
     EXPECT_EQ(published.textureId(), 0) << "its texture ended with its context";
@@ -156,59 +143,55 @@ TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
 TEST_F(Thread, KeepsThePictureOfAWriterThatDiesAndFollowsTheNext)
 {
     writer.create(1, kSize);
-    start();
-    write(0, 1000, 64, 32, 0, 1);
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 0, 1); }));
-    writer.kill();
+    thread.start();
+    writer.frame(0, 1000, 64, 32, 0, 1);
+    EXPECT_TRUE(comesToShow(64, 32, 0, 1));
+    writer.leave();
     QTest::qWait(1300);
     EXPECT_TRUE(shows(64, 32, 0, 1));
 
     // Another block under the name, with timestamps from the beginning.
-    writer.start();
     writer.create(2, kSize);
-    write(0, 1, 32, 32, 1, 2);
-    EXPECT_TRUE(eventually([&] { return shows(32, 32, 1, 2); }));
+    writer.frame(0, 1, 32, 32, 1, 2);
+    EXPECT_TRUE(comesToShow(32, 32, 1, 2));
 
     // The same block, its header made anew.
-    write(1, 5000, 32, 32, 0, 3);
-    EXPECT_TRUE(eventually([&] { return shows(32, 32, 0, 3); }));
-    writer.ask("poke 132 4 0");
-    write(0, 1, 16, 16, 0, 4);
-    EXPECT_TRUE(eventually([&] { return shows(16, 16, 0, 4); }));
+    writer.frame(1, 5000, 32, 32, 0, 3);
+    EXPECT_TRUE(comesToShow(32, 32, 0, 3));
+    writer.put(132, quint32(0));
+    writer.frame(0, 1, 16, 16, 0, 4);
+    EXPECT_TRUE(comesToShow(16, 16, 0, 4));
     EXPECT_EQ(log, QString());
 }
 
 TEST_F(Thread, FaultsAreInTheLogAndThePictureStays)
 {
     writer.create(2, kSize);
-    start();
-    write(0, 1, 64, 32, 0, 1);
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 0, 1); }));
-
-    const auto faulty = [this](const QString &poke, const QString &text) {
-        writer.ask(poke);
-        writer.ask("poke 252 2 1"); // slot 1 is ready
-        EXPECT_TRUE(eventually([&] { return log.contains(text); })) << text.toStdString();
+    thread.start();
+    const auto told = [this](const char *text) {
+        EXPECT_TRUE(eventually([&] { return log.contains(text); })) << text;
         EXPECT_TRUE(shows(64, 32, 0, 1));
     };
-    // Where the reader stands is slot 1; each fault moves it on, so slot 0 is filled behind it.
-    write(1, 2, 64, 32, 0, 2);
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 0, 2); }));
-    write(0, 3, 64, 32, 0, 1);
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 0, 1); }));
-    faulty("poke 220 4 4294967295", "a frame does not lie inside the block (1 times)");
-    write(0, 4, 64, 32, 0, 1);
-    EXPECT_TRUE(eventually([&] { return !isReady(0); }));
-    faulty("poke 228 2 0", "a frame has an impossible size (1 times)");
+    // The reader comes to slot 0 again before each fault in slot 1.
+    for (int timestamp = 1; timestamp <= 3; ++timestamp) {
+        writer.frame((timestamp + 1) % 2, timestamp, 64, 32, 0, timestamp % 2);
+        EXPECT_TRUE(comesToShow(64, 32, 0, timestamp % 2));
+    }
+    writer.put(220, ~quint32(0));
+    writer.put(252, quint16(1)); // slot 1 is ready
+    told("a frame does not lie inside the block (1 times)");
+    writer.frame(0, 4, 64, 32, 0, 1);
+    EXPECT_TRUE(eventually([&] { return !writer.isReady(0); }));
+    writer.put(228, quint16(0));
+    writer.put(252, quint16(1));
+    told("a frame has an impossible size (1 times)");
 
-    EXPECT_EQ(writer.ask("truncate 100"), "ok");
-    EXPECT_TRUE(eventually([&] { return log.contains("the slots do not lie inside the block"); }));
-    EXPECT_TRUE(eventually([&] { return log.contains("the block is smaller than its header"); }));
-    EXPECT_TRUE(shows(64, 32, 0, 1));
-
+    writer.resize(100);
+    told("the slots do not lie inside the block");
+    told("the block is smaller than its header");
     writer.create(1, kSize, "AVRT_Shared_Memory1.3");
-    EXPECT_TRUE(eventually([&] { return log.contains("the block has another version"); }));
+    told("the block has another version");
     writer.create(1, kSize);
-    write(0, 1, 64, 32, 1, 7);
-    EXPECT_TRUE(eventually([&] { return shows(64, 32, 1, 7); }));
+    writer.frame(0, 1, 64, 32, 1, 7);
+    EXPECT_TRUE(comesToShow(64, 32, 1, 7));
 }

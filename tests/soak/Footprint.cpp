@@ -12,18 +12,6 @@ namespace test {
 
 namespace {
 
-// Drivers give names from 1 upwards and use those of deleted objects again.
-constexpr GLuint kLargestName = 16384;
-
-template <class IsObject>
-int countNames(IsObject isObject)
-{
-    int count = 0;
-    for (GLuint name = 1; name <= kLargestName; ++name)
-        count += isObject(name) ? 1 : 0;
-    return count;
-}
-
 qint64 residentKibibytes()
 {
     malloc_trim(0);
@@ -58,41 +46,26 @@ bool isLetterTable(QOpenGLFunctions *gl, GLuint name)
 
 } // namespace
 
-Footprint Footprint::take(QOpenGLContext *context, QSurface *surface)
+Footprint takeFootprint(QOpenGLContext *context, QSurface *surface)
 {
-    Footprint now;
-    now.memory = residentKibibytes();
-    now.threads = entries("/proc/self/task");
-    now.handles = entries("/proc/self/fd");
+    Footprint now{{"KiB", residentKibibytes()},
+                  {"threads", entries("/proc/self/task")},
+                  {"handles", entries("/proc/self/fd")}};
     if (context->makeCurrent(surface)) {
         QOpenGLFunctions *gl = context->functions();
-        now.textures = countNames([gl](GLuint name) { return gl->glIsTexture(name); });
-        now.letterTables = countNames(
-            [gl](GLuint name) { return gl->glIsTexture(name) && isLetterTable(gl, name); });
-        now.textures -= now.letterTables;
-        now.buffers = countNames([gl](GLuint name) { return gl->glIsBuffer(name); });
-        now.renderbuffers = countNames([gl](GLuint name) { return gl->glIsRenderbuffer(name); });
-        now.shaders = countNames([gl](GLuint name) { return gl->glIsShader(name); });
-        now.programs = countNames([gl](GLuint name) { return gl->glIsProgram(name); });
+        // Drivers give names from 1 upwards and use those of deleted objects again.
+        constexpr GLuint kLargestName = 16384;
+        for (GLuint name = 1; name <= kLargestName; ++name) {
+            if (gl->glIsTexture(name))
+                ++now[isLetterTable(gl, name) ? "tables of letters" : "textures"];
+            now["buffers"] += gl->glIsBuffer(name);
+            now["renderbuffers"] += gl->glIsRenderbuffer(name);
+            now["shaders"] += gl->glIsShader(name);
+            now["programs"] += gl->glIsProgram(name);
+        }
         context->doneCurrent();
     }
     return now;
-}
-
-QString Footprint::text() const
-{
-    return QStringLiteral("%1 KiB, %2 threads, %3 handles, GL: %4 textures, "
-                          "%5 tables of letters, %6 buffers, %7 renderbuffers, %8 shaders, "
-                          "%9 programs")
-        .arg(memory)
-        .arg(threads)
-        .arg(handles)
-        .arg(textures)
-        .arg(letterTables)
-        .arg(buffers)
-        .arg(renderbuffers)
-        .arg(shaders)
-        .arg(programs);
 }
 
 } // namespace test

@@ -101,6 +101,7 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
 {
     const QByteArray current = ok("2.3.1.400_2017-01-01");
     const QByteArray newer = ok("2.3.2.400_2017-02-14");
+    const QByteArray rc = ok("2.3.1.320_2017-01-01");
     const QByteArray nonsense = ok("<html>");
     const QByteArray gone = HttpServer::reply("404 Not Found", "2.3.2.400_2017-02-14");
     const QByteArray elsewhere = "HTTP/1.1 302 Found\r\nLocation: /stable/other\r\n"
@@ -128,14 +129,7 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
         {"stable is higher", "2.3.1.310", {newer, current}, 3, "stable", "2.3.2.400", false, true},
         {"beta failed", "2.3.1.310", {newer, gone}, 3, "stable", "2.3.2.400", false, true},
         {"stable failed", "2.3.1.310", {gone, current}, 3, "beta", "2.3.1.400", false, true},
-        {"a candidate",
-         "2.3.1.310",
-         {nonsense, ok("2.3.1.320_2017-01-01")},
-         3,
-         "beta",
-         "2.3.1.320 RC 20",
-         false,
-         true},
+        {"a candidate", "2.3.1.310", {nonsense, rc}, 3, "beta", "2.3.1.320 RC 20", false, true},
         {"no change log", "2.3.1.400", {newer, {}, gone}, 2, "stable", "", false, true},
         {"endless change log", "2.3.1.400", {newer, {}, endless}, 2, "stable", "", false, true},
     };

@@ -54,6 +54,7 @@ protected:
     {
         settings->set("instance/output/projection", KShaderCodeBuilder::ORVEX);
         camera->resetYawPitchRollFov();
+        leap->setCameraMode(int(HandCameraMode::Hands));
         plug();
     }
 
@@ -73,20 +74,24 @@ protected:
         }));
     }
 
-    /// Shows the frames at their own pace or, faster, as fast as they are taken.
-    void show(const Recording &recording)
+    /// What the tracker sees of the hands that @p actor gives; each frame is taken before the next.
+    void act(
+        double seconds, const std::function<std::vector<Hand>(double)> &actor,
+        HandFrame (*seen)(HandFrame) = [](HandFrame frame) { return frame; })
     {
-        for (HandFrame frame : recording.frames()) {
-            clock += 16000;
-            frame.timestamp = clock;
-            standin::show(frame);
+        Recording recording(60, {0.2F, 0, false});
+        recording.play(seconds, actor);
+        for (const HandFrame &frame : recording.frames()) {
+            HandFrame now = seen(frame);
+            now.timestamp = clock += 16000;
+            standin::show(now);
             QTest::qWait(2);
         }
     }
 
-    void showStill(std::vector<Hand> hands, double seconds = 0.4)
+    void showStill(const std::vector<Hand> &hands, double seconds = 0.4)
     {
-        show(Recording(60, {0.2F, 0, false}).play(seconds, [&hands](double) { return hands; }));
+        act(seconds, [&hands](double) { return hands; });
     }
 
     /// An open hand turns the view upwards, by 1/120 radian with each frame.
@@ -203,10 +208,10 @@ TEST_F(HandDevices, SwitchingOneOnSwitchesItsRivalOff)
 TEST_F(HandDevices, AHandTurnsTheViewAndIsPainted)
 {
     leap->setActivated(true);
-    show(Recording(60, {0.2F, 0, false}).play(1.5, [](double t) {
+    act(1.5, [](double t) {
         return std::vector<Hand>{
             makeHand(1, Shape::Open, kMiddle + QVector3D(40 * float(t), 0, 0))};
-    }));
+    });
     EXPECT_TRUE(eventually([this] { return std::abs(camera->yaw() - 60 * 0.008F) < 0.06F; }))
         << camera->yaw();
     const std::vector<Hand> open{makeHand(1, Shape::Open, kMiddle + QVector3D(60, 0, 0))};
@@ -263,9 +268,7 @@ TEST_F(HandDevices, TheKeySwitchesTheTrackerAndAFingerPressesAButton)
     ASSERT_TRUE(eventually([&] { return centre().y() < view->height() - 25; })) << "the bar is up";
     const int before = camera->loopMode();
     const QPointF at = centre();
-    show(Recording(60, {0.2F, 0, false}).play(2, [&](double t) {
-        return pointingAt(at, t > 0.5 && t < 1.3 ? 40 : 150);
-    }));
+    act(2, [&](double t) { return pointingAt(at, t > 0.5 && t < 1.3 ? 40 : 150); });
     EXPECT_TRUE(eventually([&] { return camera->loopMode() == (before + 1) % 3; }));
     QTest::keyClick(view, Qt::Key_M);
     EXPECT_TRUE(eventually([this] { return !leap->activated(); }));
@@ -294,11 +297,11 @@ TEST_F(HandDevices, ThePlanetBouncesAndAGestureChangesTheProjection)
     EXPECT_TRUE(eventually([&] { return bounces.count() > 1; })) << "back when the hands are gone";
     EXPECT_TRUE(eventually(atTheLimit)) << camera->pitch();
 
-    show(Recording(60, {0.2F, 0, false}).play(1.5, [](double t) {
+    act(1.5, [](double t) {
         const double x = std::min(1.0, std::max(0.0, (t - 0.5) / 0.25)) * 240 - 120;
         return std::vector<Hand>{
             makeHand(1, Shape::Open, kMiddle + QVector3D(float(x), 0, 0), {0, 1.57F})};
-    }));
+    });
     EXPECT_EQ(icons.count(), 1);
     EXPECT_EQ(application->shaderBuilder()->projection(), KShaderCodeBuilder::FISHEYE);
 }
@@ -310,10 +313,10 @@ TEST_F(HandDevices, TheTutorialShowsEachPageUntilItsGestureIsMade)
     EXPECT_EQ(leap->tutoState(), 0);
     const QQuickItem *tutorial = item("tutorial");
     EXPECT_TRUE(tutorial->isVisible());
-    show(Recording(60, {0.2F, 0, false}).play(3.5, [](double t) {
+    act(3.5, [](double t) {
         return std::vector<Hand>{
             makeHand(1, Shape::Open, kMiddle + QVector3D(60 * float(std::sin(2 * t)), 0, 0))};
-    }));
+    });
     EXPECT_EQ(leap->tutoState(), 20);
     for (const int page : {0, 1, 2, 3, 4, 5, 6, 7, 10, 20}) {
         leap->setTutoState(page);
@@ -395,25 +398,18 @@ TEST_F(HandDevices, WithAHeadsetEachEyeSeesTheHandsAndTheChairTurns)
     leap->setTutoState(0);
 
     const float yaw = camera->yaw();
-    Recording recording(60, {0.2F, 0, false});
-    recording.play(1.5, [](double t) {
-        // Before the head, 350 mm away and below the eyes.
+    // Before the head, 350 mm away and below the eyes; turning a frame to the head's is its own
+    // inverse.
+    const auto hands = [](double t) {
         return std::vector<Hand>{makeHand(1, Shape::Open, {40 * float(t) - 30, -90, -350})};
-    });
-    for (HandFrame frame : recording.frames()) {
-        frame = Hands::fromHead(frame); // its own inverse
-        clock += 16000;
-        frame.timestamp = clock;
-        standin::show(frame);
-        QTest::qWait(2);
-    }
+    };
+    act(1.5, hands, Hands::fromHead);
     EXPECT_NEAR(headset->property("shiftYaw").toDouble(), -60 * 0.008, 0.06);
     EXPECT_EQ(camera->yaw(), yaw);
     picture("headset");
 
     call("k_bar", "hmdOnOff");
     EXPECT_EQ(leap->cameraMode(), 1);
-    leap->setCameraMode(3);
     context->setContextProperty("kHmdDevice", before);
 }
 

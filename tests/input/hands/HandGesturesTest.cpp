@@ -109,6 +109,15 @@ Actor stop(double time, float speed = 0)
     };
 }
 
+/// A hand that goes to and fro.
+Actor sway(Shape shape, float way, double rate, const Attitude &attitude = {})
+{
+    return [=](double t) {
+        const QVector3D palm = kMiddle + QVector3D(way * float(std::sin(rate * t)), 0, 0);
+        return std::vector<Hand>{makeHand(1, shape, palm, attitude)};
+    };
+}
+
 struct Event
 {
     const char *name;
@@ -123,12 +132,7 @@ const Event kEvents[] = {
     {"three circles", 4, circle(45, 3.25), 3, 0, 0, 0},
     {"half a circle", 2, circle(35, 0.5), 0, 0, 0, 0},
     {"tiny circle", 2, circle(4, 1.5), 0, 0, 0, 0},
-    {"finger that goes straight to and fro", 3,
-     [](double t) {
-         const QVector3D palm = kMiddle + QVector3D(60 * float(std::sin(5 * t)), 0, 0);
-         return std::vector<Hand>{makeHand(1, Shape::Pointing, palm)};
-     },
-     0, 0, 0, 0},
+    {"finger to and fro", 3, sway(Shape::Pointing, 60, 5), 0, 0, 0, 0},
     {"swipe to the right", 4, sweep(260, 0.3), 0, 1, 0, 0},
     {"swipe to the left", 4, sweep(-260, 0.3), 0, -1, 0, 0},
     {"slow sweep", 4, sweep(260, 1.5), 0, 0, 0, 0},
@@ -143,14 +147,8 @@ const Event kEvents[] = {
     {"long hold", 4, stop(3.5), 0, 0, 1, 0},
     {"short hold", 2, stop(0.4), 0, 0, 0, 0},
     {"palm to the screen that waves", 2.5, stop(1.5, 150), 0, 0, 0, 0},
-    {"level hand that rests", 3,
-     [](double) { return std::vector<Hand>{makeHand(1, Shape::Open, kMiddle)}; }, 0, 0, 0, 0},
-    {"fist that moves", 3,
-     [](double t) {
-         const QVector3D palm = kMiddle + QVector3D(80 * float(std::sin(4 * t)), 0, 0);
-         return std::vector<Hand>{makeHand(1, Shape::Fist, palm, {0, kPi / 2})};
-     },
-     0, 0, 0, 0}};
+    {"level hand that rests", 3, sway(Shape::Open, 0, 0), 0, 0, 0, 0},
+    {"fist that moves", 3, sway(Shape::Fist, 80, 4, {0, kPi / 2}), 0, 0, 0, 0}};
 
 } // namespace
 
@@ -223,51 +221,31 @@ HandOptions optionsOf(HandCameraMode mode, double sensitivity = 0.2)
     return options;
 }
 
-HandOptions invertedOptions()
-{
-    HandOptions options;
-    options.yawInverted = options.pitchInverted = true;
-    return options;
-}
-
 } // namespace
 
 TEST(HandMotion, TheViewFollowsTheIntendedWay)
 {
     constexpr float kUsual = 0.2F * Steering::kRadiansPerMillimetre;
     const float tilted = 2.3F * Steering::tiltRate(kPi / 2 - 0.4F); // nearly all of 2.4 seconds
+    const QVector3D aside(80, 0, 0);
+    const HandOptions quick = optionsOf(HandCameraMode::Hands, 0.8);
+    const HandOptions whole = optionsOf(HandCameraMode::Translation);
+    const HandOptions finger = optionsOf(HandCameraMode::Finger);
+    HandOptions inverted;
+    inverted.yawInverted = inverted.pitchInverted = true;
     const Path rows[] = {
-        {"aside", Shape::Open, {80, 0, 0}, {}, {}, 80 * kUsual, 0},
-        {"aside, inverted", Shape::Open, {80, 0, 0}, {}, invertedOptions(), -80 * kUsual, 0},
-        {"aside, quick view",
-         Shape::Open,
-         {40, 0, 0},
-         {},
-         optionsOf(HandCameraMode::Hands, 0.8),
-         160 * kUsual,
-         0},
+        {"aside", Shape::Open, aside, {}, {}, 80 * kUsual, 0},
+        {"aside, inverted", Shape::Open, aside, {}, inverted, -80 * kUsual, 0},
+        {"aside, quick view", Shape::Open, aside / 2, {}, quick, 160 * kUsual, 0},
         {"up and to the screen", Shape::Open, {0, 60, -60}, {}, {}, 0, 0},
         {"fingers up", Shape::Open, {}, {0.4F, 0}, {}, 0, tilted},
         {"fingers down", Shape::Open, {}, {-0.4F, 0}, {}, 0, -tilted},
         {"nearly level", Shape::Open, {}, {0.07F, 0}, {}, 0, 0},
         {"pinch", Shape::Pinch, {50, 30, 0}, {}, {}, -50 * kUsual, 30 * kUsual},
         {"fist", Shape::Fist, {80, 40, 0}, {}, {}, 0, 0},
-        {"pointing", Shape::Pointing, {80, 0, 0}, {}, {}, 0, 0},
-        {"translation",
-         Shape::Open,
-         {50, 40, 0},
-         {},
-         optionsOf(HandCameraMode::Translation),
-         50 * kUsual,
-         -40 * kUsual},
-        {"pushing finger",
-         Shape::Pointing,
-         {30, 20, 0},
-         {},
-         optionsOf(HandCameraMode::Finger),
-         -30 * kUsual,
-         20 * kUsual},
-    };
+        {"pointing", Shape::Pointing, aside, {}, {}, 0, 0},
+        {"translation", Shape::Open, {50, 40, 0}, {}, whole, 50 * kUsual, -40 * kUsual},
+        {"pushing finger", Shape::Pointing, {30, 20, 0}, {}, finger, -30 * kUsual, 20 * kUsual}};
     for (const Path &row : rows) {
         for (const double rate : {12.0, 30.0, 115.0, 1000.0}) {
             SCOPED_TRACE(testing::Message() << row.name << " at " << rate);
@@ -402,18 +380,10 @@ TEST(HandFrames, BadOnesDoNoHarm)
         [](HandFrame &f) { f.hands.clear(); },
         [](HandFrame &f) { f.hands[0].palm.setX(kNaN); },
         [](HandFrame &f) { f.hands[0].normal = {}; },
-        [](HandFrame &f) {
-            f.hands[0].direction = {kInf, 0, 0};
-        },
-        [](HandFrame &f) {
-            f.hands[0].translation = {kNaN, 0, 0};
-        },
-        [](HandFrame &f) {
-            f.hands[0].translation = {1e30F, 0, 0};
-        },
-        [](HandFrame &f) {
-            f.hands[0].fingers.fill({FingerKind::Index, true, {}, {kNaN, 0, 0}});
-        },
+        [](HandFrame &f) { f.hands[0].direction = QVector3D(kInf, 0, 0); },
+        [](HandFrame &f) { f.hands[0].translation = QVector3D(kNaN, 0, 0); },
+        [](HandFrame &f) { f.hands[0].translation = QVector3D(1e30F, 0, 0); },
+        [](HandFrame &f) { f.hands[0].fingers[1].tip = QVector3D(kNaN, 0, 0); },
         [](HandFrame &f) { f.hands[0].fingers = FingerList(10000, f.hands[0].fingers[1]); },
         [](HandFrame &f) { f.hands.assign(10000, f.hands[0]); },
         [](HandFrame &f) { f.hands[0].translationProbability = kNaN; },

@@ -3,15 +3,15 @@
 // program itself, unchanged. It reaches everything through the scene's context properties.
 //
 // Reads commands from standard input, a line each, and answers each with a line:
-//   get                 camera, stereo mode and player as a JSON object; null before there is a
-//   set WHERE NAME JSON a property of "view", "builder", "player", "loader" or "headset"; answers
-//   ok headset             the headset's kind, log and numbers as a JSON object call NAME [TEXT] an
-//   invokable function of kGlobalObject with at most one text loader NAME [NUMBER] a function of
-//   the scene's media loader pixel X Y           colour on the screen at a fraction of the window's
-//   size first-frame         when the window first showed something, in nanoseconds of the steady
-//   clock picture-frame       when it first showed a medium's picture, likewise; 0 until then trace
-//   from now on "yaw NANOSECONDS VALUE" at each change of the rotation sweep COUNT MS      turns
-//   the camera by steps of a thousandth of a radian; with trace
+// - get: camera, stereo mode and player as a JSON object; null before there is a player
+// - set WHERE NAME JSON: a property of "view", "builder", "player" or "loader"; answers ok
+// - call NAME [TEXT]: an invokable function of kGlobalObject with at most one text
+// - loader NAME [NUMBER]: a function of the scene's media loader
+// - pixel X Y: colour on the screen at a fraction of the window's size
+// - first-frame: when the window first showed something, in nanoseconds of the steady clock
+// - picture-frame: when it first showed a medium's picture, likewise; 0 until then
+// - trace: from now on "yaw NANOSECONDS VALUE" at each change of the rotation
+// - sweep COUNT MS: turns the camera by steps of a thousandth of a radian; with trace
 
 #include <QGenericPlugin>
 #include <QGuiApplication>
@@ -155,8 +155,6 @@ private:
         const QByteArray argument = words.size() > 1 ? words.at(1) : QByteArray();
         if (words.first() == "get")
             return state();
-        if (words.first() == "headset")
-            return headset();
         if (words.first() == "set" && words.size() > 3)
             return set(argument, words.at(2), words.mid(3).join(' '));
         if (words.first() == "call") {
@@ -222,18 +220,6 @@ private:
         return QJsonDocument(state).toJson(QJsonDocument::Compact);
     }
 
-    static QByteArray headset()
-    {
-        QObject *device = context("kHmdDevice");
-        QJsonObject state;
-        for (const char *name : {"available", "activated", "logMessage", "fps", "shiftYaw"})
-            state.insert(QLatin1String(name), QJsonValue::fromVariant(device->property(name)));
-        QString kind;
-        QMetaObject::invokeMethod(device, "sdkType", Q_RETURN_ARG(QString, kind));
-        state.insert(QStringLiteral("kind"), kind);
-        return QJsonDocument(state).toJson(QJsonDocument::Compact);
-    }
-
     static QByteArray set(const QByteArray &where, const QByteArray &name, const QByteArray &json)
     {
         QObject *object = nullptr;
@@ -245,8 +231,6 @@ private:
             object = player();
         else if (where == "loader")
             object = loader();
-        else if (where == "headset")
-            object = context("kHmdDevice");
         const QVariant value = QJsonDocument::fromJson('[' + json + ']')[0].toVariant();
         return object && object->setProperty(name.constData(), value) ? "ok" : "refused";
     }

@@ -4,9 +4,11 @@
 
 #include <Leap.h>
 
-#include <deque>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -14,7 +16,8 @@ namespace {
 std::mutex lock;
 Leap::Listener *listener = nullptr;
 HandFrame newest;
-std::deque<DepthFrame> depthFrames;
+std::optional<DepthFrame> depthFrame;
+std::condition_variable depthFrameTaken;
 bool cameraIsLost = false;
 
 void callBack(const std::function<void(Leap::Listener &)> &call)
@@ -39,10 +42,11 @@ public:
         const std::lock_guard<std::mutex> guard(lock);
         if (cameraIsLost)
             return Acquired::Lost;
-        if (depthFrames.empty())
+        if (!depthFrame)
             return Acquired::Nothing;
-        *frame = depthFrames.front();
-        depthFrames.pop_front();
+        *frame = *depthFrame;
+        depthFrame.reset();
+        depthFrameTaken.notify_all();
         return Acquired::Frame;
     }
 };
@@ -96,8 +100,9 @@ void show(const HandFrame &frame)
 
 void show(const DepthFrame &frame)
 {
-    const std::lock_guard<std::mutex> guard(lock);
-    depthFrames.push_back(frame);
+    std::unique_lock<std::mutex> guard(lock);
+    depthFrame = frame;
+    depthFrameTaken.wait_for(guard, std::chrono::seconds(10), [] { return !depthFrame; });
 }
 
 void loseCamera()

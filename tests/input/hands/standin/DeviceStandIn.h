@@ -13,7 +13,7 @@ void plugTracker();
 void unplugTracker();
 void show(const HandFrame &frame);
 
-/// The camera sees @p frame next.
+/// The camera sees @p frame next; waits until it was taken.
 void show(const DepthFrame &frame);
 void loseCamera();
 

@@ -11,104 +11,80 @@ namespace Leap {
 
 struct Vector
 {
+    explicit Vector(const QVector3D &v)
+        : x(v.x())
+        , y(v.y())
+        , z(v.z())
+    {}
     float x, y, z;
 };
 
 class Frame;
 
-class Pointable
+/// Something that a test shows, behind the operations of the SDK.
+template <class Shown>
+class Facade
 {
 public:
-    explicit Pointable(const ::Finger &finger)
-        : m_finger(finger)
+    explicit Facade(const Shown &shown)
+        : m_shown(shown)
     {}
-    Vector tipPosition() const { return {m_finger.tip.x(), m_finger.tip.y(), m_finger.tip.z()}; }
-    Vector direction() const
-    {
-        const QVector3D way = (m_finger.tip - m_finger.base).normalized();
-        return {way.x(), way.y(), way.z()};
-    }
-    float length() const { return (m_finger.tip - m_finger.base).length(); }
-    bool isExtended() const { return m_finger.extended; }
 
 protected:
-    ::Finger m_finger;
+    Shown m_shown;
 };
 
-class Finger : public Pointable
+template <class Element, class Shown>
+class ListOf : public Facade<Shown>
 {
 public:
-    using Pointable::Pointable;
-    int type() const { return int(m_finger.kind); }
+    using Facade<Shown>::Facade;
+    int count() const { return int(this->m_shown.size()); }
+    Element operator[](int i) const { return Element(*(this->m_shown.begin() + i)); }
 };
 
-class FingerList
+class Finger : public Facade<::Finger>
 {
 public:
-    explicit FingerList(const ::FingerList &fingers)
-        : m_fingers(fingers)
+    using Facade::Facade;
+    Vector tipPosition() const { return Vector(m_shown.tip); }
+    Vector direction() const { return Vector((m_shown.tip - m_shown.base).normalized()); }
+    float length() const { return (m_shown.tip - m_shown.base).length(); }
+    bool isExtended() const { return m_shown.extended; }
+    int type() const { return int(m_shown.kind); }
+};
+
+using FingerList = ListOf<Finger, ::FingerList>;
+
+class Hand : public Facade<::Hand>
+{
+public:
+    using Facade::Facade;
+    int id() const { return m_shown.id; }
+    Vector palmPosition() const { return Vector(m_shown.palm); }
+    Vector palmNormal() const { return Vector(m_shown.normal); }
+    Vector direction() const { return Vector(m_shown.direction); }
+    FingerList fingers() const { return FingerList(m_shown.fingers); }
+    Vector translation(const Frame &) const { return Vector(m_shown.translation); }
+    float translationProbability(const Frame &) const { return m_shown.translationProbability; }
+    float rotationProbability(const Frame &) const { return m_shown.rotationProbability; }
+};
+
+using HandList = ListOf<Hand, std::vector<::Hand>>;
+
+class Frame : public Facade<HandFrame>
+{
+public:
+    explicit Frame(const HandFrame &shown = {})
+        : Facade(shown)
     {}
-    int count() const { return m_fingers.size(); }
-    Finger operator[](int i) const { return Finger(m_fingers[i]); }
-
-private:
-    ::FingerList m_fingers;
-};
-
-class Hand
-{
-public:
-    explicit Hand(const ::Hand &hand)
-        : m_hand(hand)
-    {}
-    int id() const { return m_hand.id; }
-    Vector palmPosition() const { return vector(m_hand.palm); }
-    Vector palmNormal() const { return vector(m_hand.normal); }
-    Vector direction() const { return vector(m_hand.direction); }
-    FingerList fingers() const { return FingerList(m_hand.fingers); }
-    Vector translation(const Frame &) const { return vector(m_hand.translation); }
-    float translationProbability(const Frame &) const { return m_hand.translationProbability; }
-    float rotationProbability(const Frame &) const { return m_hand.rotationProbability; }
-
-private:
-    static Vector vector(const QVector3D &v) { return {v.x(), v.y(), v.z()}; }
-
-    ::Hand m_hand;
-};
-
-class HandList
-{
-public:
-    explicit HandList(const std::vector<::Hand> &hands)
-        : m_hands(hands)
-    {}
-    int count() const { return int(m_hands.size()); }
-    Hand operator[](int i) const { return Hand(m_hands[std::size_t(i)]); }
-
-private:
-    std::vector<::Hand> m_hands;
-};
-
-class Frame
-{
-public:
-    Frame() = default;
-    explicit Frame(const HandFrame &frame)
-        : m_frame(frame)
-    {}
-    long long timestamp() const { return m_frame.timestamp; }
-    HandList hands() const { return HandList(m_frame.hands); }
-    Vector translation(const Frame &) const
-    {
-        return {m_frame.translation.x(), m_frame.translation.y(), m_frame.translation.z()};
-    }
-    float translationProbability(const Frame &) const { return m_frame.translationProbability; }
-    float rotationProbability(const Frame &) const { return m_frame.rotationProbability; }
-    float scaleProbability(const Frame &) const { return m_frame.scaleProbability; }
-    float scaleFactor(const Frame &) const { return m_frame.scaleFactor; }
-
-private:
-    HandFrame m_frame;
+    long long timestamp() const { return m_shown.timestamp; }
+    HandList hands() const { return HandList(m_shown.hands); }
+    Vector translation(const Frame &) const { return Vector(m_shown.translation); }
+    float translationProbability(const Frame &) const { return m_shown.translationProbability; }
+    float rotationProbability(const Frame &) const { return m_shown.rotationProbability; }
+    float scaleProbability(const Frame &) const { return m_shown.scaleProbability; }
+    float scaleFactor(const Frame &) const { return m_shown.scaleFactor; }
 };
 
 class Controller;
