@@ -87,10 +87,12 @@ std::pair<QImage, QString> read(const QString &path, const LoadRequest &request)
 class StillTexture : public QQuickTextureFactory
 {
 public:
-    StillTexture(QImage image, QString path, LoadRequest request)
+    StillTexture(QImage image, QString path, std::shared_ptr<RemoteStill> fetched,
+                 LoadRequest request)
         : m_image(std::move(image))
         , m_size(m_image.size())
         , m_path(std::move(path))
+        , m_fetched(std::move(fetched))
         , m_request(request)
     {
         m_request.cancelled = nullptr;
@@ -118,6 +120,7 @@ private:
     mutable QImage m_image; // the interface takes it for constant
     const QSize m_size;
     const QString m_path;
+    const std::shared_ptr<RemoteStill> m_fetched; // the file of m_path, where it is one of ours
     LoadRequest m_request;
 };
 
@@ -139,7 +142,7 @@ public:
     bool fetch(const QUrl &url)
     {
         try {
-            m_fetched = std::make_unique<RemoteStill>(url, *m_cancelled);
+            m_fetched = std::make_shared<RemoteStill>(url, *m_cancelled);
             m_path = m_fetched->path();
             return true;
         } catch (const KException &error) {
@@ -156,13 +159,12 @@ public:
         else
             std::tie(m_image, m_error) = read(m_path, m_request);
         m_expected.reset();
-        m_fetched.reset();
         emit finished();
     }
 
     QQuickTextureFactory *textureFactory() const override
     {
-        return m_image.isNull() ? nullptr : new StillTexture(m_image, m_path, m_request);
+        return m_image.isNull() ? nullptr : new StillTexture(m_image, m_path, m_fetched, m_request);
     }
     QString errorString() const override { return m_error; }
     void cancel() override { *m_cancelled = true; }
@@ -172,7 +174,7 @@ private:
     LoadRequest m_request;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
     std::shared_ptr<ExpectedStill> m_expected;
-    std::unique_ptr<RemoteStill> m_fetched;
+    std::shared_ptr<RemoteStill> m_fetched;
     QImage m_image;
     QString m_error;
 };

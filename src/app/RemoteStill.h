@@ -1,7 +1,7 @@
 #pragma once
 
 // A still of an http server as a file of ours, so that the loader and its limits hold for it as for
-// any other; made, used and deleted on the threads of KImageProvider.
+// any other; made on a thread of KImageProvider, and deleted with the texture of its picture.
 
 #include <QTemporaryFile>
 #include <QUrl>
