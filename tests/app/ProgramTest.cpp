@@ -254,8 +254,6 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     QThread::msleep(300);
     desktop.xdotool({"mouseup", "1"});
     EXPECT_TRUE(showsTitle(0));
-    files.terminate();
-    EXPECT_TRUE(files.waitForFinished(kPatienceMs));
     desktop.xdotool({"windowactivate", "--sync", window});
     ASSERT_TRUE(cubeShows("folder-dropped")) << player.readAll().toStdString();
 
@@ -307,6 +305,9 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     EXPECT_TRUE(showsTitle(2));
     keys({"ctrl+q"});
     ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+    // The player answers the drop after it has taken it, so its source must not go before.
+    files.terminate();
+    EXPECT_TRUE(files.waitForFinished(kPatienceMs));
     EXPECT_EQ(player.exitCode(), 0);
     EXPECT_EQ(output(), "") << "a normal run says nothing";
     EXPECT_GT(stored("application/volume").toDouble(), 0.5) << "muting is not kept";
