@@ -49,7 +49,10 @@ KQQuickView::KQQuickView(bool touchTable, const QString &updateServer, KSettings
             Qt::DirectConnection);
 }
 
-KQQuickView::~KQQuickView() = default;
+KQQuickView::~KQQuickView()
+{
+    hide(); // waits for the render thread, which calls slots of this class
+}
 
 void KQQuickView::fullScreenMode(bool enabled)
 {
