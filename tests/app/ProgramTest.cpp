@@ -240,20 +240,23 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     ASSERT_TRUE(files.waitForStarted(kPatienceMs));
     const QString source = desktop.windowOf(files);
     ASSERT_FALSE(source.isEmpty());
-    desktop.xdotool({"mousemove", "--window", source, "40", "40"});
-    desktop.xdotool({"mousedown", "1"});
-    // Two programs talk at each step, so it takes a hand's time.
-    for (int x = 50; x < 110; x += 15) {
-        QThread::msleep(100);
-        desktop.xdotool({"mousemove", "--window", source, QString::number(x), "45"});
-    }
-    for (int x = 300; x <= 500; x += 50) {
-        QThread::msleep(100);
-        point(x, 300);
-    }
-    QThread::msleep(300);
-    desktop.xdotool({"mouseup", "1"});
-    EXPECT_TRUE(showsTitle(0));
+    const auto drops = [&] {
+        desktop.xdotool({"mousemove", "--window", source, "40", "40"});
+        desktop.xdotool({"mousedown", "1"});
+        // Two programs talk at each step, so it takes a hand's time.
+        for (int x = 50; x < 110; x += 15) {
+            QThread::msleep(100);
+            desktop.xdotool({"mousemove", "--window", source, QString::number(x), "45"});
+        }
+        for (int x = 300; x <= 500; x += 50) {
+            QThread::msleep(100);
+            point(x, 300);
+        }
+        QThread::msleep(300);
+        desktop.xdotool({"mouseup", "1"});
+        return showsTitle(0);
+    };
+    EXPECT_TRUE(drops() || drops()) << "the first may be too quick for a busy machine";
     desktop.xdotool({"windowactivate", "--sync", window});
     ASSERT_TRUE(cubeShows("folder-dropped")) << player.readAll().toStdString();
 
@@ -355,12 +358,17 @@ TEST_F(Program, AChordOpensTheCrashManager)
         return desktop.xdotool({"search", "--onlyvisible", "--class", "KCrashReporter_linux"});
     };
     desktop.xdotool({"windowactivate", "--sync", window, "keydown", "ctrl", "keydown", "shift",
-                     "keydown", "c", "keyup", "c", "keydown", "h", "keyup", "h"});
+                     "keydown", "c", "keyup", "c", "keydown", "h", "keyup", "h", "keyup", "shift",
+                     "keyup", "ctrl"});
     QThread::msleep(500);
     EXPECT_EQ(reporter(), "") << "one after the other is no chord";
-    desktop.xdotool({"keydown", "c", "keydown", "h", "keyup", "c", "keyup", "h", "keyup", "shift",
-                     "keyup", "ctrl"});
-    ASSERT_TRUE(eventually([&] { return !reporter().isEmpty(); }));
+    const auto chordOpensIt = [&] {
+        desktop.xdotool({"windowactivate", "--sync", window, "keydown", "ctrl", "keydown", "shift",
+                         "keydown", "c", "keydown", "h", "keyup", "c", "keyup", "h", "keyup",
+                         "shift", "keyup", "ctrl"});
+        return eventually([&] { return !reporter().isEmpty(); });
+    };
+    ASSERT_TRUE(chordOpensIt() || chordOpensIt()) << "the first may come before the focus";
     QThread::msleep(500);
     desktop.screenshot("crash-manager");
     desktop.xdotool({"windowactivate", "--sync", reporter(), "key", "Escape"});
