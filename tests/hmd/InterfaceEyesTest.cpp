@@ -39,6 +39,11 @@ protected:
         application->init();
     }
 
+    ~InterfaceEyes() override
+    {
+        application->hmd()->stopThread(); // it writes into the folder of the script
+    }
+
     void turnHead(float yaw)
     {
         head = CameraMath::matrixFromAngles({yaw, 0, 0});
