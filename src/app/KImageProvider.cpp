@@ -232,7 +232,7 @@ std::shared_ptr<KImageProvider::Flag> KImageProvider::newFlag()
     m_running.erase(std::remove_if(m_running.begin(), m_running.end(),
                                    [](const auto &flag) { return flag.expired(); }),
                     m_running.end());
-    const auto flag = std::make_shared<Flag>(false);
+    auto flag = std::make_shared<Flag>(false);
     m_running.append(flag);
     return flag;
 }

@@ -34,8 +34,7 @@ Texture::Texture(bool useFence)
     m_kind = chooseTextureTransfer(capabilities, useFence);
     switch (m_kind) {
     case TextureTransferKind::AmdPinned:
-        Q_ASSERT(core32); // or it would not have been chosen
-        if (core32->initializeOpenGLFunctions())
+        if (core32 && core32->initializeOpenGLFunctions())
             m_imp = std::make_unique<PinnedMemoryTextureImp>(core32);
         break;
     case TextureTransferKind::IntelMap:

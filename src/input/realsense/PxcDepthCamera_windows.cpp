@@ -19,7 +19,7 @@ QString runtimePath()
     for (const QString &key : keys) {
         const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\") + key,
                                  QSettings::NativeFormat);
-        const QString path =
+        QString path =
             PxcRuntime::libraryPath(registry.value(PxcRuntime::registryValue()).toString());
         if (!path.isEmpty())
             return path;
