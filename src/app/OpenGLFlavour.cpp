@@ -1,6 +1,7 @@
 #include "app/OpenGLFlavour.h"
 
 #include "settings/KSettingsManager.h"
+#include "video/VideoBackends.h"
 
 OpenGLFlavour chooseOpenGLFlavour(bool hmdMode, bool forceOpenGL, const QString &videoBackend,
                                   bool sharedMemory)
@@ -21,9 +22,12 @@ OpenGLFlavour openGLFlavourOfThisRun(KSettingsManager &store,
         return options.value(QLatin1String(name)).toBool();
     };
     const bool sharedMemory = flag("application/advanced/sharedmemory") || given("adobeplugin");
-    const QString vlc = QStringLiteral("vlc");
-    const QString backend =
-        given("customvlc") ? vlc : store.GetString(QStringLiteral("application/videoPlugin"), vlc);
+    QString backend = QStringLiteral("vlc");
+    if (!given("customvlc")) {
+        backend = store.GetString(QStringLiteral("application/videoPlugin"), QString());
+        if (backend.isEmpty())
+            backend = defaultVideoBackend();
+    }
     return chooseOpenGLFlavour(flag("application/hmd/hmdMode"),
                                flag("application/advanced/forceopengl"), backend, sharedMemory);
 }

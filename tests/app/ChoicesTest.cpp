@@ -2,6 +2,7 @@
 #include "app/MediaChoice.h"
 #include "app/OpenGLFlavour.h"
 #include "render/KShaderCodeBuilder.h"
+#include "settings/KSettingsManager.h"
 
 #include <gtest/gtest.h>
 
@@ -43,6 +44,17 @@ TEST(Choices, OpenGLEmbeddedOnlyWhereNothingNeedsTheDesktopKind)
                 {false, false, "qt", true, OpenGLFlavour::Desktop}};
     for (const auto &row : rows)
         EXPECT_EQ(chooseOpenGLFlavour(row.hmd, row.force, row.backend, row.shared), row.expected);
+}
+
+TEST(Choices, AnEmptyBackendInTheStoreIsNoChoice)
+{
+    const QString key = QStringLiteral("application/videoPlugin");
+    KSettingsManager store = KSettingsManager::ForUser();
+    store.Set(key, "qt");
+    EXPECT_EQ(openGLFlavourOfThisRun(store, {}), OpenGLFlavour::Embedded);
+    store.Set(key, "");
+    EXPECT_EQ(openGLFlavourOfThisRun(store, {}), OpenGLFlavour::Desktop);
+    store.Remove(key);
 }
 
 TEST(Choices, StereoModeComesFromThePlaylistBeforeTheMetadata)
