@@ -66,12 +66,12 @@ struct Restart
     QStringList arguments;
 };
 
-/// The language of the settings, which reaches the crash reporter only.
+/// The language of the settings, which reaches the crash reporter only; without one the texts are
+/// told to be as they stand in the source, which is what the user saw.
 std::unique_ptr<CrashHandler> installCrashHandler()
 {
     KSettingsManager store = KSettingsManager::ForUser();
-    const QString language = store.GetString(QStringLiteral("application/language"), QString());
-    const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    const QLocale locale(store.GetString(QStringLiteral("application/language")));
     CrashHandler::Settings settings;
     settings.dumpFolder = QDir::tempPath();
     settings.productName = KVersion::productName();

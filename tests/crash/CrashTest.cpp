@@ -38,7 +38,9 @@ public:
         environment.insert("TMPDIR", dumps());
         environment.insert("HOME", folder.path());
         environment.insert("XDG_CONFIG_HOME", folder.filePath("config"));
-        environment.insert("LC_ALL", "C.UTF-8");
+        environment.remove("LC_ALL");
+        environment.insert("LANG", "C.UTF-8");
+        environment.insert("LC_MESSAGES", "de_DE.UTF-8"); // not what the reporter is to be told
         environment.insert("TEST_FAULT", fault);
         environment.insert("LD_PRELOAD", CRASHER);
         process.setProcessEnvironment(environment);
