@@ -147,7 +147,7 @@ public:
             return true;
         } catch (const KException &error) {
             m_error = error.message;
-            emit finished();
+            finish();
             return false;
         }
     }
@@ -159,7 +159,7 @@ public:
         else
             std::tie(m_image, m_error) = read(m_path, m_request);
         m_expected.reset();
-        emit finished();
+        finish();
     }
 
     QQuickTextureFactory *textureFactory() const override
@@ -170,6 +170,12 @@ public:
     void cancel() override { *m_cancelled = true; }
 
 private:
+    /// The signal comes on the thread that asked, when it has had time to connect to it.
+    void finish()
+    {
+        QMetaObject::invokeMethod(this, &QQuickImageResponse::finished, Qt::QueuedConnection);
+    }
+
     QString m_path;
     LoadRequest m_request;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
