@@ -188,6 +188,7 @@ void registerAll()
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
+    QCoreApplication::addLibraryPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
     constexpr int kArgumentsToLoad = 5;
     if (argc == kArgumentsToLoad && qstrcmp(argv[1], kLoadOnly) == 0)
         return loadOnly(argv[2], argv[3], argv[4]);

@@ -8,8 +8,29 @@ function(orbilens_library name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
   orbilens_warnings(${name})
+  orbilens_fuzz_coverage(${name})
+endfunction()
+
+# orbilens_plugin(<name> SOURCES <files...> [PRIVATE <libraries...>])
+# What the program loads by name at run time: in the program's folder, and once installed in the
+# library folder that belongs to it.
+function(orbilens_plugin name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PRIVATE" ${ARGN})
+  add_library(${name} MODULE ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PRIVATE ${ARG_PRIVATE})
+  set_target_properties(${name} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/src/app"
+    CXX_VISIBILITY_PRESET hidden)
+  orbilens_warnings(${name})
+  orbilens_fuzz_coverage(${name})
+  install(TARGETS ${name} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/orbilens-player")
+  set_property(GLOBAL APPEND PROPERTY ORBILENS_PLUGINS ${name})
+endfunction()
+
+# Without this the fuzzer sees the coverage of its own target's source only, and fuzzes blind.
+function(orbilens_fuzz_coverage name)
   if(ORBILENS_BUILD_FUZZ)
-    # Without this the fuzzer sees the coverage of its own target's source only, and fuzzes blind.
     target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()

@@ -5,6 +5,7 @@
 # in NOTICE.md; an empty entry is for what needs none (our own flags, the C library).
 set(ORBILENS_NOTICE_OF_LINKED
   "^Qt5::" "Qt 5"
+  "^JPEG::" "libjpeg-turbo"
   "^PkgConfig::LibVlc$" "libvlc"
   "^PkgConfig::Xcb$" "libxcb"
   "^TBB::" "oneTBB"
@@ -92,7 +93,7 @@ endfunction()
 function(orbilens_third_party_notices program library)
   set_property(DIRECTORY "${PROJECT_SOURCE_DIR}"
                APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/NOTICE.md")
-  get_property(plugins GLOBAL PROPERTY ORBILENS_SCENE_PLUGINS)
+  get_property(plugins GLOBAL PROPERTY ORBILENS_PLUGINS)
   set(names)
   foreach(target ${program} ${plugins})
     orbilens_linked_libraries(${target} libraries)

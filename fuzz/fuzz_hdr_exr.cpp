@@ -1,9 +1,11 @@
-// Radiance and OpenEXR pictures through the whole loader, which switches these two readers on by
-// itself: any bytes give a bitmap of the size that the header claims, or an error.
+// Radiance, OpenEXR and plain JPEG pictures through the whole loader, which switches the first two
+// readers on by itself and looks into the third for what makes it less than plain: any bytes give a
+// bitmap of the size that the header claims, or an error.
 
 #include "KImage/ImageLoader.h"
+#include "KImage/StillCodecs.h"
 
-#include <QString>
+#include <QCoreApplication>
 
 #include <cstdlib>
 
@@ -17,6 +19,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         std::abort();
     const QString path = QStringLiteral("/proc/self/fd/%1").arg(file);
 
+    static const bool found = [] {
+        QCoreApplication::addLibraryPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
+        return stillCodecs() != nullptr;
+    }();
+    if (!found)
+        std::abort();
     LoadRequest request;
     request.limit = QSize(64, 64);
     KBitmap bitmap;

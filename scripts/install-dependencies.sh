@@ -10,7 +10,7 @@ build_packages=(
   qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-dev-tools qtmultimedia5-dev
   libqt5svg5-dev
   libxcb1-dev libgl-dev libtbb-dev libvlc-dev
-  libvips-dev libraw-dev libexiv2-dev
+  libvips-dev libraw-dev libjpeg-dev libexiv2-dev
 )
 run_packages=(
   libqt5sql5-sqlite libgl1-mesa-dri fonts-dejavu-core

@@ -1,6 +1,6 @@
 #include "KImage/ImageFormats.h"
 
-#include "KImage/VipsCodec.h"
+#include "KImage/StillCodecs.h"
 
 #include <QFileInfo>
 #include <QImageReader>
@@ -22,6 +22,24 @@ const QStringList &rawSuffixes()
     return suffixes;
 }
 
+/// Those that need no look at how libvips was built.
+const QStringList &certainSuffixes()
+{
+    static const QStringList suffixes = [] {
+        // The last is what cameras call the small JPEG beside a raw or a film.
+        QStringList list{QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jpe"),
+                         QStringLiteral("png"), QStringLiteral("tif"),  QStringLiteral("tiff"),
+                         QStringLiteral("hdr"), QStringLiteral("thm")};
+        for (const QString &raw : rawSuffixes())
+            list += raw.toLower();
+        const QList<QByteArray> ofQt = QImageReader::supportedImageFormats();
+        for (const QByteArray &suffix : ofQt)
+            list += QString::fromLatin1(suffix).toLower();
+        return list;
+    }();
+    return suffixes;
+}
+
 } // namespace
 
 ImageClass classOf(const QString &path)
@@ -36,17 +54,21 @@ ImageClass classOf(const QString &path)
 
 QStringList pictureSuffixes()
 {
-    QStringList suffixes = VipsCodec::suffixes();
-    // What cameras call the small JPEG beside a raw or a film.
-    suffixes += QStringLiteral("thm");
-    for (const QString &raw : rawSuffixes())
-        suffixes += raw.toLower();
-    const QList<QByteArray> ofQt = QImageReader::supportedImageFormats();
-    for (const QByteArray &suffix : ofQt)
-        suffixes += QString::fromLatin1(suffix).toLower();
+    QStringList suffixes = certainSuffixes();
+    if (StillCodecs *codecs = stillCodecs())
+        suffixes += codecs->suffixes();
     suffixes.removeDuplicates();
     std::sort(suffixes.begin(), suffixes.end());
     return suffixes;
+}
+
+bool isPictureSuffix(const QString &suffix)
+{
+    static const QStringList dependent{QStringLiteral("webp"), QStringLiteral("gif"),
+                                       QStringLiteral("heic"), QStringLiteral("heif"),
+                                       QStringLiteral("avif"), QStringLiteral("exr")};
+    return certainSuffixes().contains(suffix) ||
+           (dependent.contains(suffix) && pictureSuffixes().contains(suffix));
 }
 
 QString saveFormat(const QString &path)

@@ -15,6 +15,8 @@ ImageClass classOf(const QString &path);
 
 /// Suffixes in lower case, sorted, of all that the loader can show.
 QStringList pictureSuffixes();
+/// Whether @p suffix, in lower case, is one of them; for most without asking StillCodecs.
+bool isPictureSuffix(const QString &suffix);
 
 /// "jpeg", "tiff" or "hdri" by the suffix of @p path ("jpg", "tif", "hdr"), else empty.
 QString saveFormat(const QString &path);

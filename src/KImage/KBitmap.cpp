@@ -10,38 +10,6 @@
 
 namespace {
 
-struct Layout
-{
-    int channels;
-    int bytesPerChannel;
-};
-
-Layout layoutOf(PixelFormat format)
-{
-    switch (format) {
-    case PixelFormat::Gray8:
-        return {1, 1};
-    case PixelFormat::Rgb8:
-        return {3, 1};
-    case PixelFormat::Rgba8:
-    case PixelFormat::Bgra8Premultiplied:
-        return {4, 1};
-    case PixelFormat::Gray16:
-        return {1, 2};
-    case PixelFormat::Rgb16:
-        return {3, 2};
-    case PixelFormat::Rgba16:
-        return {4, 2};
-    case PixelFormat::GrayFloat:
-        return {1, 4};
-    case PixelFormat::RgbFloat:
-        return {3, 4};
-    case PixelFormat::RgbaFloat:
-        return {4, 4};
-    }
-    return {4, 4};
-}
-
 std::optional<QImage::Format> imageFormat(PixelFormat format)
 {
     switch (format) {
@@ -63,27 +31,6 @@ std::optional<QImage::Format> imageFormat(PixelFormat format)
 }
 
 } // namespace
-
-int channelCount(PixelFormat format)
-{
-    return layoutOf(format).channels;
-}
-
-int bytesPerPixel(PixelFormat format)
-{
-    const Layout layout = layoutOf(format);
-    return layout.channels * layout.bytesPerChannel;
-}
-
-bool hasAlpha(PixelFormat format)
-{
-    return channelCount(format) == 4;
-}
-
-bool isFloat(PixelFormat format)
-{
-    return layoutOf(format).bytesPerChannel == 4;
-}
 
 KBitmap::KBitmap(int width, int height, PixelFormat format)
     : m_width(width)

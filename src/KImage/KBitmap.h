@@ -2,6 +2,8 @@
 
 // A picture in memory. Owned by whoever holds it and moved, never shared; threads hand it over.
 
+#include "KImage/PixelFormat.h"
+
 #include <QImage>
 #include <QSize>
 
@@ -9,27 +11,6 @@
 #include <memory>
 
 struct KPoolMemBloc;
-
-/// Channels in memory order. 8 and 16 bits hold values of the sRGB transfer curve, floats linear
-/// light with white at 1. Alpha is not multiplied in unless the name says so.
-enum class PixelFormat {
-    Gray8,
-    Rgb8,
-    Rgba8,
-    Bgra8Premultiplied, ///< what Qt's scene graph uploads without another copy
-    Gray16,
-    Rgb16,
-    Rgba16,
-    GrayFloat,
-    RgbFloat,
-    RgbaFloat
-};
-constexpr int kPixelFormatCount = 10;
-
-int channelCount(PixelFormat format);
-int bytesPerPixel(PixelFormat format);
-bool hasAlpha(PixelFormat format);
-bool isFloat(PixelFormat format);
 
 class KBitmap
 {

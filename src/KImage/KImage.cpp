@@ -1,10 +1,11 @@
 #include "KImage/KImage.h"
 
+#include "KImage/BitmapSink.h"
 #include "KImage/ImageFormats.h"
 #include "KImage/ImageLimits.h"
 #include "KImage/MetadataWriter.h"
 #include "KImage/PixelCache.h"
-#include "KImage/VipsCodec.h"
+#include "KImage/StillCodecs.h"
 #include "foundation/KSystemInfo.h"
 
 #include <QFileInfo>
@@ -26,6 +27,14 @@ void throwUnlessDone(ImageError error)
         K_THROW(KImageErrors::notEnoughMemory());
     if (error != ImageError::None)
         K_THROW(KException::ImageLibraryError(KImageErrors::name(error)));
+}
+
+StillCodecs &codecs()
+{
+    StillCodecs *const found = stillCodecs();
+    if (!found)
+        throwUnlessDone(ImageError::Unknown);
+    return *found;
 }
 
 /// What the format can hold of @p bitmap's pixels.
@@ -82,9 +91,9 @@ KBitmap Scale(const KBitmap &bitmap, const QSize &size)
         K_THROW(KImageErrors::notEnoughMemory());
     if (bitmap.format() == PixelFormat::Bgra8Premultiplied)
         return scaledByQt(bitmap, size);
-    KBitmap result(size.width(), size.height(), bitmap.format());
-    throwUnlessDone(VipsCodec::resize(bitmap, result));
-    return result;
+    BitmapSink sink(bitmap.format());
+    throwUnlessDone(codecs().resize(bitmap, size, sink));
+    return sink.takeBitmap();
 }
 
 QString ID_WriteToCache(const KBitmap &bitmap)
@@ -107,9 +116,9 @@ QByteArray SaveIntoMemory(const KBitmap &bitmap, const QString &format, const Sa
     QByteArray bytes;
     const PixelFormat wanted = savedAs(bitmap, format);
     if (wanted == bitmap.format())
-        throwUnlessDone(VipsCodec::encode(bitmap, format, options.quality, bytes));
+        throwUnlessDone(codecs().encode(bitmap, format, options.quality, bytes));
     else
-        throwUnlessDone(VipsCodec::encode(Convert(bitmap, wanted), format, options.quality, bytes));
+        throwUnlessDone(codecs().encode(Convert(bitmap, wanted), format, options.quality, bytes));
     return MetadataWriter::embedded(bytes, options);
 }
 

@@ -205,16 +205,16 @@ void Application::init()
     connect(m_videoPlugin.get(), &KVideoPlugin::displayMessage, m_view.get(),
             &KQQuickView::displayMessage);
     m_view->engine()->addImportPath(QStringLiteral(":/"));
+    // Those of stills and hand devices lie beside the scene's.
+    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
+    for (const QString &path : pluginPaths)
+        addLibraryPath(path);
     provideStills();
 
     m_display = std::make_unique<KDisplay>();
     makeTextureProvider();
     m_globalObject = std::make_unique<KGlobalObject>(this);
     m_shaderBuilder = std::make_unique<KShaderCodeBuilder>(this);
-    // The plug-ins of hand devices lie beside the scene's.
-    const QStringList pluginPaths = scenePluginPaths(applicationDirPath());
-    for (const QString &path : pluginPaths)
-        addLibraryPath(path);
     m_leap = std::make_unique<KLeap>(this);
     m_udpSocket = std::make_unique<KUdpSocket>(option(QStringLiteral("udp")).toString(), this);
     m_realSense = std::make_unique<KRealSense>(this);
@@ -326,11 +326,10 @@ void Application::provideStills()
     provider->setOptions(m_stillOptions->options());
     connect(m_stillOptions.get(), &StillOptions::optionsChanged, m_view.get(),
             [this, stills = provider.get()] { stills->setOptions(m_stillOptions->options()); });
-    // By the time the scene asks for the still of this start, it may be there; and without one the
-    // libraries are ready by then.
+    // By the time the scene asks for the still of this start, it may be there.
     const QStringList files = option(QStringLiteral("files")).toStringList();
-    provider->expect(files.isEmpty() ? QString()
-                                     : MediaChoice::urlFromText(files.first()).toLocalFile());
+    if (!files.isEmpty())
+        provider->expect(MediaChoice::urlFromText(files.first()).toLocalFile());
     m_view->engine()->addImageProvider(KImageProvider::Name(), provider.release());
 }
 

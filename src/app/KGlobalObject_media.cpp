@@ -205,7 +205,7 @@ QString KGlobalObject::getStereoConfig(const QUrl &medium) const
 
 bool KGlobalObject::isImageFile(const QUrl &url) const
 {
-    return ImageFormats::pictureSuffixes().contains(MediaChoice::suffix(url));
+    return ImageFormats::isPictureSuffix(MediaChoice::suffix(url));
 }
 
 int KGlobalObject::isVideoFile(const QUrl &url) const

@@ -44,7 +44,7 @@ struct ExpectedStill
     void load()
     {
         const QString suffix = QFileInfo(path).suffix().toLower();
-        if (*request.cancelled || !ImageFormats::pictureSuffixes().contains(suffix))
+        if (*request.cancelled || !ImageFormats::isPictureSuffix(suffix))
             return;
         const KSignalStack signalStack;
         try {

@@ -27,7 +27,7 @@ QString nameFor(const QUrl &url)
     const KTemporaryFolder *folder = KTemporaryFolder::Instance();
     const QDir target(folder ? folder->Path() : QDir::tempPath());
     const QString suffix = QFileInfo(url.path()).suffix().toLower();
-    return target.filePath(ImageFormats::pictureSuffixes().contains(suffix)
+    return target.filePath(ImageFormats::isPictureSuffix(suffix)
                                ? QStringLiteral("still-XXXXXX.") + suffix
                                : QStringLiteral("still-XXXXXX"));
 }

@@ -1,5 +1,8 @@
+#include "KImage/BitmapSink.h"
+#include "KImage/ExifOrientation.h"
 #include "KImage/ImageFormats.h"
 #include "KImage/ImageLoader.h"
+#include "KImage/JpegCodec.h"
 #include "KImage/KImage.h"
 #include "KImage/Pictures.h"
 
@@ -109,6 +112,98 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
         ASSERT_EQ(ImageLoader::load(path, native(), own), ImageError::None);
         EXPECT_EQ(own.size(), QSize(64, 32));
         EXPECT_EQ(isFloat(own.format()), row.linear);
+    }
+}
+
+TEST(Loader, PlainJpegsComeOutAsLibvipsReadsThem)
+{
+    const test::Pictures pictures;
+    const struct
+    {
+        const char *name;
+        QStringList arguments;
+        QStringList tags; ///< for exiftool
+        bool plain;
+    } rows[] = {
+        {"quartered.jpg", {"-sampling-factor", "2x2"}, {}, true},
+        {"halved.jpg", {"-sampling-factor", "2x1", "-quality", "30"}, {}, true},
+        {"full.jpg", {"-sampling-factor", "1x1"}, {"-Orientation#=1", "-XMP:Title=a"}, true},
+        {"restarts.jpg", {"-define", "jpeg:restart-interval=3"}, {"-Make=Orvex"}, true},
+        {"gray.jpg", {"-colorspace", "Gray"}, {}, true},
+        {"rgb.jpg", {"-define", "jpeg:colorspace=RGB", "-sampling-factor", "1x1"}, {}, true},
+        {"turned.jpg", {}, {"-Orientation#=8"}, false},
+        {"progressive.jpg", {"-interlace", "JPEG"}, {}, false},
+        {"inks.jpg", {"-colorspace", "CMYK"}, {}, false},
+        {"other.png", {}, {}, false},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const QString path = pictures.make(
+            row.name, QStringList{"-size", "101x67", "plasma:red-blue"} + row.arguments);
+        if (!row.tags.isEmpty())
+            pictures.run("exiftool",
+                         QStringList{"-q", "-overwrite_original"} + row.tags + QStringList{path});
+        ImageInfo info;
+        EXPECT_EQ(JpegCodec::describe(path, info), row.plain);
+        if (!row.plain)
+            continue;
+        ImageInfo expectedInfo;
+        ASSERT_EQ(stillCodecs()->describe(path, expectedInfo), ImageError::None);
+        EXPECT_EQ(info.size, expectedInfo.size);
+        EXPECT_EQ(info.formatName, expectedInfo.formatName);
+        EXPECT_EQ(info.gray, expectedInfo.gray);
+        for (const PixelFormat format : {PixelFormat::Rgba8, PixelFormat::Bgra8Premultiplied}) {
+            BitmapSink sink(format);
+            ASSERT_EQ(stillCodecs()->load(path, fittedInto(QSize(), format), sink),
+                      ImageError::None);
+            const KBitmap expected = sink.takeBitmap();
+            KBitmap bitmap;
+            ASSERT_TRUE(JpegCodec::load(path, format, nullptr, bitmap));
+            ASSERT_EQ(bitmap.size(), expected.size());
+            EXPECT_TRUE(
+                std::equal(bitmap.line(0), bitmap.line(0) + bitmap.byteCount(), expected.line(0)));
+        }
+        // A flaw leaves the file to libvips.
+        const QByteArray bytes = pictures.read(row.name);
+        KBitmap bitmap;
+        EXPECT_FALSE(JpegCodec::load(pictures.write("half.jpg", bytes.left(bytes.size() / 2)),
+                                     PixelFormat::Rgba8, nullptr, bitmap));
+    }
+}
+
+TEST(Loader, AnOrientationIsReliedOnOnlyWhereItIsClear)
+{
+    const QByteArray little("II*\0\x08\0\0\0", 8);
+    const QByteArray big("MM\0*\0\0\0\x08", 8);
+    const QByteArray turned("\x12\x01\x03\0\x01\0\0\0\x06\0\0\0", 12);
+    const QByteArray other("\x0f\x01\x02\0\x01\0\0\0a\0\0\0", 12);
+    const QByteArray one("\x01\0", 2);
+    const QByteArray two("\x02\0", 2);
+    const struct
+    {
+        QByteArray bytes;
+        int orientation;
+    } rows[] = {
+        {little + one + turned, 6},
+        {little + one + other, 1},
+        {little + two + other + turned, 6},
+        {big + QByteArray("\0\x01\x01\x12\0\x03\0\0\0\x01\0\x03\0\0", 14), 3},
+        {little + two + turned + turned, 0}, // which of them
+        {little + two + turned, 0},          // fewer than told
+        {little, 0},                         // none at all
+        {little.left(7), 0},
+        {QByteArray("II*\0\xff\xff\xff\xff", 8), 0}, // beyond the end
+        {QByteArray("II*\0\0\0\0\0", 8), 0},         // in the header
+        {"PK" + little.mid(2) + one + turned, 0},
+        {little + one + QByteArray(turned).replace(8, 1, "\x09"), 0},
+        {little + one + QByteArray(turned).replace(2, 1, "\x04"), 0},
+        {little + one + QByteArray(turned).replace(4, 1, "\x02"), 0},
+    };
+    for (const auto &row : rows) {
+        // Of its own, so that a look beyond it is seen by a sanitizer.
+        const std::vector<uchar> bytes(row.bytes.begin(), row.bytes.end());
+        EXPECT_EQ(exifOrientation(bytes.data(), qint64(bytes.size())), row.orientation)
+            << row.bytes.toHex().constData();
     }
 }
 
@@ -318,10 +413,14 @@ TEST(Loader, SuffixesAndSizes)
     EXPECT_EQ(ImageFormats::classOf("/a.dng/b.THM"), ImageClass::Ordinary);
     const QStringList suffixes = ImageFormats::pictureSuffixes();
     for (const char *suffix : {"jpg", "jpeg", "png", "tif", "webp", "hdr", "exr", "heic", "bmp",
-                               "svg", "gif", "dng", "arw", "thm"})
+                               "svg", "gif", "dng", "arw", "thm"}) {
         EXPECT_EQ(suffixes.count(suffix), 1) << suffix;
-    for (const char *suffix : {"pdf", "mp4", "v", ""})
+        EXPECT_TRUE(ImageFormats::isPictureSuffix(suffix)) << suffix;
+    }
+    for (const char *suffix : {"pdf", "mp4", "v", ""}) {
         EXPECT_FALSE(suffixes.contains(suffix)) << suffix;
+        EXPECT_FALSE(ImageFormats::isPictureSuffix(suffix)) << suffix;
+    }
 
     EXPECT_EQ(ImageLoader::fitted({100, 50}, {50, 50}), QSize(50, 25));
     EXPECT_EQ(ImageLoader::fitted({100, 50}, {0, 50}), QSize(100, 50));

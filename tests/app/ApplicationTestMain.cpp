@@ -12,5 +12,6 @@ int main(int argc, char **argv)
     ::testing::InitGoogleTest(&argc, argv);
     QCoreApplication::setAttribute(Qt::AA_UseDesktopOpenGL);
     Application application(QStringLiteral("test"), argc, argv);
+    QCoreApplication::addLibraryPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
     return RUN_ALL_TESTS();
 }

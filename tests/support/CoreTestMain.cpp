@@ -10,5 +10,6 @@ int main(int argc, char **argv)
     test::IsolatedHome home;
     ::testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
+    QCoreApplication::addLibraryPath(QStringLiteral(ORBILENS_BINARY_DIR "/src/app"));
     return RUN_ALL_TESTS();
 }

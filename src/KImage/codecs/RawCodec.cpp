@@ -1,7 +1,6 @@
-#include "KImage/RawCodec.h"
+#include "KImage/codecs/RawCodec.h"
 
 #include "KImage/ImageLimits.h"
-#include "KImage/KImage.h"
 
 #include <QFile>
 
@@ -109,7 +108,7 @@ ImageError describe(const QString &path, ImageInfo &info)
     return ImageError::None;
 }
 
-ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+ImageError load(const QString &path, const LoadRequest &request, PixelSink &sink)
 {
     // Four 16-bit values for each pixel while it is developed.
     constexpr qint64 kWorkingBytes = 8;
@@ -148,18 +147,16 @@ ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap
     if (image->bits != 16 || (image->colors != 1 && image->colors != 3))
         return ImageError::BadBitmap;
 
-    KBitmap developed(image->width, image->height,
-                      image->colors == 1 ? PixelFormat::Gray16 : PixelFormat::Rgb16);
-    if (image->data_size < quint64(developed.byteCount()))
+    const PixelFormat format = image->colors == 1 ? PixelFormat::Gray16 : PixelFormat::Rgb16;
+    const int bytesPerLine = image->width * bytesPerPixel(format);
+    if (image->data_size < quint64(bytesPerLine) * image->height)
         return ImageError::BadBitmap;
-    std::copy_n(image->data, developed.byteCount(), developed.line(0));
-    if (request.format) {
-        developed = KImage::Convert(developed, *request.format);
-        if (developed.size() != wanted)
-            developed = KImage::Scale(developed, ImageLoader::fitted(developed.size(), wanted));
+    error = sink.begin(QSize(image->width, image->height), format);
+    for (int y = 0; y < image->height && error == ImageError::None; ++y) {
+        if (!sink.write(0, y, image->data + qint64(y) * bytesPerLine, image->width))
+            error = ImageError::Unknown;
     }
-    bitmap = std::move(developed);
-    return ImageError::None;
+    return error;
 }
 
 } // namespace RawCodec

@@ -1,7 +1,7 @@
 // Resizing and writing of pixels that are in memory. Before any Qt header.
-#include "KImage/VipsSupport.h"
+#include "KImage/codecs/VipsSupport.h"
 
-#include "KImage/VipsCodec.h"
+#include "KImage/codecs/VipsCodec.h"
 
 namespace VipsCodec {
 
@@ -11,7 +11,7 @@ namespace {
 Image view(const KBitmap &bitmap)
 {
     const int channels = channelCount(bitmap.format());
-    const int bytes = bytesPerPixel(bitmap.format()) / channels;
+    const int bytes = bytesPerChannel(bitmap.format());
     const VipsBandFormat format = bytes == 1   ? VIPS_FORMAT_UCHAR
                                   : bytes == 2 ? VIPS_FORMAT_USHORT
                                                : VIPS_FORMAT_FLOAT;
@@ -31,7 +31,7 @@ Image view(const KBitmap &bitmap)
 }
 
 } // namespace
-ImageError resize(const KBitmap &source, KBitmap &target)
+ImageError resize(const KBitmap &source, const QSize &size, PixelSink &sink)
 {
     if (!start())
         return ImageError::Unknown;
@@ -50,17 +50,17 @@ ImageError resize(const KBitmap &source, KBitmap &target)
     };
     if (straightAlpha && !apply(image, premultiply))
         return lastError();
-    const double across = double(target.width()) / source.width();
-    const double down = double(target.height()) / source.height();
+    const double across = double(size.width()) / source.width();
+    const double down = double(size.height()) / source.height();
     if (!apply(image, [across, down](VipsImage *in, VipsImage **out) {
             return vips_resize(in, out, across, "vscale", down, nullptr);
         }))
         return lastError();
     if (straightAlpha && (!apply(image, unpremultiply) || !toFormat(image, depth)))
         return lastError();
-    if (image->Xsize != target.width() || image->Ysize != target.height())
+    if (image->Xsize != size.width() || image->Ysize != size.height())
         return ImageError::BadParameters;
-    return intoBitmap(image.get(), source.format(), source.format(), nullptr, target);
+    return into(sink, image.get(), source.format());
 }
 
 ImageError encode(const KBitmap &bitmap, const QString &format, int quality, QByteArray &bytes)

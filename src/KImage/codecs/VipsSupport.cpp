@@ -1,7 +1,5 @@
 // Before any Qt header.
-#include "KImage/VipsSupport.h"
-
-#include "KImage/KImage_Copy.h"
+#include "KImage/codecs/VipsSupport.h"
 
 #include <QByteArray>
 #include <QLoggingCategory>
@@ -17,22 +15,13 @@ void logQuietly(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
 {
     qCDebug(imageLog) << message;
 }
-struct Sink
-{
-    KBitmap &target;
-    PixelFormat source;
-    const std::atomic<bool> *cancelled;
-};
-
 int writeRows(VipsRegion *region, VipsRect *area, void *context)
 {
-    const Sink &sink = *static_cast<Sink *>(context);
-    if (sink.cancelled && *sink.cancelled)
-        return -1;
-    for (int y = area->top; y < area->top + area->height; ++y)
-        KImage_Copy::Row(VIPS_REGION_ADDR(region, area->left, y), sink.source,
-                         sink.target.line(y) + area->left * bytesPerPixel(sink.target.format()),
-                         sink.target.format(), area->width);
+    auto &sink = *static_cast<PixelSink *>(context);
+    for (int y = area->top; y < area->top + area->height; ++y) {
+        if (!sink.write(area->left, y, VIPS_REGION_ADDR(region, area->left, y), area->width))
+            return -1;
+    }
     return 0;
 }
 } // namespace
@@ -71,17 +60,13 @@ bool toFormat(Image &image, VipsBandFormat format)
         return vips_cast(in, out, format, nullptr);
     });
 }
-ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> source,
-                      std::optional<PixelFormat> format, const std::atomic<bool> *cancelled,
-                      KBitmap &bitmap)
+ImageError into(PixelSink &sink, VipsImage *image, std::optional<PixelFormat> format)
 {
-    if (!source)
+    if (!format)
         return ImageError::BadBitmap;
-    KBitmap result(image->Xsize, image->Ysize, format.value_or(*source));
-    Sink sink{result, *source, cancelled};
-    if (vips_sink_disc(image, writeRows, &sink) != 0)
-        return lastError();
-    bitmap = std::move(result);
-    return ImageError::None;
+    const ImageError error = sink.begin(QSize(image->Xsize, image->Ysize), *format);
+    if (error != ImageError::None)
+        return error;
+    return vips_sink_disc(image, writeRows, &sink) == 0 ? ImageError::None : lastError();
 }
 } // namespace VipsCodec

@@ -1,10 +1,9 @@
 // Reading of files. Before any Qt header.
-#include "KImage/VipsSupport.h"
+#include "KImage/codecs/VipsSupport.h"
 
-#include "KImage/VipsCodec.h"
+#include "KImage/codecs/VipsCodec.h"
 
 #include "KImage/ImageLimits.h"
-#include "KImage/KImage.h"
 
 #include <QFile>
 
@@ -203,13 +202,12 @@ std::optional<PixelFormat> bitmapFormat(VipsImage *image)
         return std::nullopt;
     }
 }
-ImageError loadNative(Image image, const LoadRequest &request, KBitmap &bitmap)
+ImageError loadNative(Image image, PixelSink &sink)
 {
     throughProfile(image);
     if (!normalise(image) || !upright(image))
         return lastError();
-    return intoBitmap(image.get(), bitmapFormat(image.get()), std::nullopt, request.cancelled,
-                      bitmap);
+    return into(sink, image.get(), bitmapFormat(image.get()));
 }
 
 /// To libvips' shrinking loader alpha to 1 is transparent and gray to 1 is black.
@@ -267,7 +265,7 @@ Image openFitted(const QByteArray &name, VipsImage *header, const Loader *loader
 }
 
 ImageError loadFitted(const QString &path, const Image &header, const Loader *loader,
-                      const LoadRequest &request, KBitmap &bitmap)
+                      const LoadRequest &request, PixelSink &sink)
 {
     const QByteArray name = QFile::encodeName(path);
     // Pixels that need no profile would come out of its arithmetic with other colours.
@@ -281,8 +279,7 @@ ImageError loadFitted(const QString &path, const Image &header, const Loader *lo
         return lastError();
     if (!normalise(image))
         return lastError();
-    return intoBitmap(image.get(), bitmapFormat(image.get()), request.format, request.cancelled,
-                      bitmap);
+    return into(sink, image.get(), bitmapFormat(image.get()));
 }
 } // namespace
 
@@ -290,21 +287,19 @@ QStringList suffixes()
 {
     if (!start())
         return {};
-    QStringList suffixes{QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jpe"),
-                         QStringLiteral("png"), QStringLiteral("tif"),  QStringLiteral("tiff"),
-                         QStringLiteral("hdr")};
     const struct
     {
         const char *loader;
         QStringList suffixes;
-    } optional[] = {
+    } loaders[] = {
         {"VipsForeignLoadWebpFile", {QStringLiteral("webp")}},
         {"VipsForeignLoadNsgifFile", {QStringLiteral("gif")}},
         {"VipsForeignLoadHeifFile",
          {QStringLiteral("heic"), QStringLiteral("heif"), QStringLiteral("avif")}},
         {"VipsForeignLoadOpenexr", {QStringLiteral("exr")}},
     };
-    for (const auto &entry : optional) {
+    QStringList suffixes;
+    for (const auto &entry : loaders) {
         if (g_type_from_name(entry.loader) != 0)
             suffixes += entry.suffixes;
     }
@@ -333,7 +328,7 @@ ImageError describe(const QString &path, ImageInfo &info)
     return ImageError::None;
 }
 
-ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap)
+ImageError load(const QString &path, const LoadRequest &request, PixelSink &sink)
 {
     Image header = openHeader(path);
     if (!header)
@@ -343,12 +338,8 @@ ImageError load(const QString &path, const LoadRequest &request, KBitmap &bitmap
     if (error != ImageError::None)
         return error;
     if (request.format && !needsNative(header.get()))
-        return loadFitted(path, header, loader, request, bitmap);
-    const ImageError loaded = loadNative(std::move(header), request, bitmap);
-    if (loaded == ImageError::None && request.format)
-        bitmap = KImage::Scale(KImage::Convert(bitmap, *request.format),
-                               ImageLoader::fitted(bitmap.size(), request.limit));
-    return loaded;
+        return loadFitted(path, header, loader, request, sink);
+    return loadNative(std::move(header), sink);
 }
 
 } // namespace VipsCodec

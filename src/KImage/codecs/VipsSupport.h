@@ -1,12 +1,12 @@
 #pragma once
 
 // What the files of VipsCodec share: owned images of libvips, its start, its errors, and the way
-// into a bitmap. Not to be included elsewhere, and before any Qt header, because glib has a member
+// into a sink. Not to be included elsewhere, and before any Qt header, because glib has a member
 // called "signals". Free functions, any thread.
 
 #include <vips/vips.h>
 
-#include "KImage/ImageLoader.h"
+#include "KImage/StillCodecs.h"
 
 #include <memory>
 
@@ -37,9 +37,7 @@ bool apply(Image &image, Operation operation)
 }
 bool toFormat(Image &image, VipsBandFormat format);
 
-/// Computes @p image, whose pixels are @p source, row by row into a bitmap of @p format.
-ImageError intoBitmap(VipsImage *image, std::optional<PixelFormat> source,
-                      std::optional<PixelFormat> format, const std::atomic<bool> *cancelled,
-                      KBitmap &bitmap);
+/// Computes @p image, whose pixels are @p format, row by row.
+ImageError into(PixelSink &sink, VipsImage *image, std::optional<PixelFormat> format);
 
 } // namespace VipsCodec
