@@ -22,7 +22,7 @@ const QStringList &rawSuffixes()
     return suffixes;
 }
 
-/// Those that need no look at how libvips was built.
+/// Those that need no look at how Qt and libvips were built.
 const QStringList &certainSuffixes()
 {
     static const QStringList suffixes = [] {
@@ -32,11 +32,17 @@ const QStringList &certainSuffixes()
                          QStringLiteral("hdr"), QStringLiteral("thm")};
         for (const QString &raw : rawSuffixes())
             list += raw.toLower();
-        const QList<QByteArray> ofQt = QImageReader::supportedImageFormats();
-        for (const QByteArray &suffix : ofQt)
-            list += QString::fromLatin1(suffix).toLower();
         return list;
     }();
+    return suffixes;
+}
+
+QStringList suffixesOfQt()
+{
+    QStringList suffixes;
+    const QList<QByteArray> formats = QImageReader::supportedImageFormats();
+    for (const QByteArray &suffix : formats)
+        suffixes += QString::fromLatin1(suffix).toLower();
     return suffixes;
 }
 
@@ -54,7 +60,7 @@ ImageClass classOf(const QString &path)
 
 QStringList pictureSuffixes()
 {
-    QStringList suffixes = certainSuffixes();
+    QStringList suffixes = certainSuffixes() + suffixesOfQt();
     if (StillCodecs *codecs = stillCodecs())
         suffixes += codecs->suffixes();
     suffixes.removeDuplicates();
@@ -67,7 +73,7 @@ bool isPictureSuffix(const QString &suffix)
     static const QStringList dependent{QStringLiteral("webp"), QStringLiteral("gif"),
                                        QStringLiteral("heic"), QStringLiteral("heif"),
                                        QStringLiteral("avif"), QStringLiteral("exr")};
-    return certainSuffixes().contains(suffix) ||
+    return certainSuffixes().contains(suffix) || suffixesOfQt().contains(suffix) ||
            (dependent.contains(suffix) && pictureSuffixes().contains(suffix));
 }
 
