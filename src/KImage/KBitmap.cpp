@@ -2,6 +2,7 @@
 
 #include "KImage/ImageLimits.h"
 #include "KImage/KImageErrors.h"
+#include "foundation/KHeap.h"
 #include "foundation/KPoolMemManager.h"
 
 #include <cstring>
@@ -54,6 +55,7 @@ KBitmap::KBitmap(int width, int height, PixelFormat format)
     m_data = m_heap.get();
     if (!m_data)
         K_THROW(KImageErrors::notEnoughMemory());
+    KHeap::UseWhole(m_data, std::size_t(byteCount()));
 }
 
 KBitmap::KBitmap(QImage image)
