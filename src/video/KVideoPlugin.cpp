@@ -2,6 +2,7 @@
 
 #include "settings/KSettingsManager.h"
 #include "video/KVlcPlayerQml.h"
+#include "video/MediaPlayerStates.h"
 #include "video/VlcConfig.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,8 @@ KVideoPlugin::KVideoPlugin(KSettingsManager *store, const QString &forcedPlugin,
     , m_store(store)
 {
     qmlRegisterType<KVlcPlayerQml>("VLCQt", 1, 0, "VlcVideoPlayer");
+    qmlRegisterUncreatableMetaObject(MediaPlayerStates::staticMetaObject, "KMedia", 1, 0,
+                                     "MediaPlayer", QStringLiteral("Enums only"));
     m_currentPlugin =
         forcedPlugin.isEmpty() ? store->GetString(kPluginKey, m_defaultPlugin) : forcedPlugin;
     for (const VideoBackend &backend : videoBackends())

@@ -1,5 +1,5 @@
 import QtQuick 2.5
-import QtMultimedia 5.5
+import KMedia 1.0
 
 // One player face over whichever backend was chosen at the start; the backend's own file fills
 // the properties in or reads them.

@@ -1,5 +1,5 @@
 import QtQuick 2.5
-import QtMultimedia 5.5
+import KMedia 1.0
 import VLCQt 1.0
 
 // The libvlc backend of K_MediaPlayer, which hands itself in.

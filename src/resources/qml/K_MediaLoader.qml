@@ -1,5 +1,5 @@
 import QtQuick 2.15
-import QtMultimedia 5.8
+import KMedia 1.0
 import Orbilens 1.0
 import KVideo 1.0
 
