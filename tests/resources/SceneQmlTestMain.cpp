@@ -13,14 +13,47 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMutex>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QQuickImageProvider>
 #include <QtQuickTest/quicktest.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
+
+/// Stands for the provider of stills and notes what it is asked for.
+class StillRequests : public QObject, public QQuickImageProvider
+{
+    Q_OBJECT
+
+public:
+    StillRequests()
+        : QQuickImageProvider(Image)
+    {}
+
+    QImage requestImage(const QString &id, QSize *, const QSize &requestedSize) override
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_requests.append(
+            id + QStringLiteral(" %1x%2").arg(requestedSize.width()).arg(requestedSize.height()));
+        return QImage(8, 4, QImage::Format_RGB32);
+    }
+
+public slots:
+    QStringList take()
+    {
+        const QMutexLocker lock(&m_mutex);
+        return std::exchange(m_requests, {});
+    }
+
+private:
+    QMutex m_mutex;
+    QStringList m_requests;
+};
 
 /// Quick Test makes an engine for each file and hands it out here.
 class Setup : public QObject
@@ -49,6 +82,9 @@ public slots:
         context->setContextProperty(QStringLiteral("kVideoPlugin"),
                                     new KVideoPlugin(settings->settingsManager(), {}, engine));
         context->setContextProperty(QStringLiteral("kAnalyticsManager"), this);
+        auto *stills = new StillRequests;
+        engine->addImageProvider(QStringLiteral("still"), stills);
+        context->setContextProperty(QStringLiteral("stillRequests"), stills);
         context->setContextProperty(QStringLiteral("screenshotFolder"), screenshots());
         for (const char *device : {"kHmdDevice", "kLeap", "kRealSense", "kSensor"})
             context->setContextProperty(QLatin1String(device), nullptr);

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.2
-import QtMultimedia 5.8
+import KMedia 1.0
 
 // Shows a still through the same face as a film's player. The picture itself is never seen: the
 // ShaderEffectSource keeps it in the scene and out of sight, and its texture goes to the panorama.
@@ -64,21 +64,35 @@ Item {
 
     Image {
         id: image
-        // Before the driver's limit is known a picture could come out too large for a texture.
-        readonly property size limit: kView.maxTextureSize
+        // Before the driver's limit is known a picture could come out too large for a texture. The
+        // size comes before the source, which would otherwise be read twice.
+        property bool limited: false
+        function takeLimit() {
+            if (kView.maxTextureSize.width <= 0)
+                return
+            sourceSize = Qt.binding(function() {
+                return Qt.size(kView.maxTextureSize.width / Screen.devicePixelRatio,
+                               kView.maxTextureSize.height / Screen.devicePixelRatio)
+            })
+            limited = true
+        }
+        Component.onCompleted: takeLimit()
+
         source: {
-            if (limit.width <= 0 || root.mediaSource.toString() === "")
+            if (!limited || root.mediaSource.toString() === "")
                 return ""
             return "image://still/" + encodeURIComponent(root.mediaSource) + "?"
                 + kStillOptions.edition
         }
-        sourceSize: limit.width > 0
-            ? Qt.size(limit.width / Screen.devicePixelRatio, limit.height / Screen.devicePixelRatio)
-            : undefined
         onStatusChanged: root.playerStatus = root.statusOfImage()
         asynchronous: true
         cache: false
         smooth: true
+    }
+
+    Connections {
+        target: kView
+        function onMaxTextureSizeChanged() { image.takeLimit() }
     }
 
     ShaderEffectSource {
