@@ -135,6 +135,12 @@ step "playing the samples"
 start playlist "$samples/samples.orpl"
 shows still
 close playlist
+# Read by libvips alone, behind a plug-in of the player's.
+convert "$root$samples/panorama.jpg" "$root/tmp/still.tif"
+chmod 644 "$root/tmp/still.tif"
+start plugin /tmp/still.tif
+shows plugin
+close plugin
 start film "$samples/turning.mp4"
 shows film
 sleep 1.5
