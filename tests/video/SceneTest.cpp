@@ -128,6 +128,7 @@ TEST(SceneOfTheVlcBackend, RestartsOnASettingAndKeepsTheBackendUntilTheNextStart
         player.plugin().setVlcAudioDelay(-200);
         QTest::qWait(100);
         EXPECT_EQ(player.get("source").toUrl(), source);
+        EXPECT_EQ(player.get("backend").toString(), QStringLiteral("vlc"));
         EXPECT_EQ(player.get("playbackState").toInt(), int(QMediaPlayer::PlayingState));
     }
     VlcConfig::publish(nullptr);

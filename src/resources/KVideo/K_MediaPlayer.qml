@@ -67,7 +67,9 @@ Loader {
     }
 
     Component.onCompleted: {
-        // Read once: a choice made while running waits for the next start.
+        // Read once: a choice made while running waits for the next start, and until then the colours
+        // of the picture are those of the player that runs.
+        backend = kVideoPlugin.currentPlugin
         var file = backend === "vlc" ? "K_MediaPlayer_VLC.qml" : "K_MediaPlayer_Qt.qml"
         // A loaded item sees the names around its Loader, not the Loader's own.
         setSource(file, { "k_mediaPlayer": k_mediaPlayer })
