@@ -165,7 +165,6 @@ Item {
     onMediaPlayerChanged: showMediaPlayer()
     Component.onCompleted: {
         kGlobalObject.setMediaLoader(root)
-        kGlobalObject.hackQmlMediaPlayer(videoPlayer)
         showMediaPlayer()
     }
 
@@ -182,6 +181,8 @@ Item {
         yaw: kGlobalObject.yaw
         pitch: kGlobalObject.pitch
         roll: kGlobalObject.roll
+        // Only now, since nobody knows which of the two completes first.
+        onLoaded: kGlobalObject.hackQmlMediaPlayer(videoPlayer)
         onTextureIdChanged: root.showTexture(videoPlayer)
         onFrameSizeChanged: root.showTexture(videoPlayer)
         onShaderEffectSourceChanged: {
