@@ -1,4 +1,5 @@
 import QtQuick 2.5
+import QtQuick.Window 2.2
 import QtMultimedia 5.5
 
 // The Qt Multimedia backend of K_MediaPlayer, which hands itself in.
@@ -48,7 +49,13 @@ Item {
     VideoOutput {
         id: videoOutput
 
-        anchors.fill: parent
+        // Pixel for pixel: what is drawn here is the whole sphere, so that bars beside the picture
+        // would be part of it.
+        readonly property bool ownSize: k_mediaPlayer.nativeSize && sourceRect.width > 0
+            && sourceRect.height > 0
+
+        width: ownSize ? sourceRect.width / Screen.devicePixelRatio : parent.width
+        height: ownSize ? sourceRect.height / Screen.devicePixelRatio : parent.height
         fillMode: k_mediaPlayer.nativeSize ? VideoOutput.PreserveAspectFit : VideoOutput.Stretch
         source: mediaPlayer
     }
