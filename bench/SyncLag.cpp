@@ -109,7 +109,7 @@ int main(int argc, char **argv)
             return state.value(QStringLiteral("position")).toDouble();
         };
         const auto moment = [](const QJsonObject &state) {
-            return state.value(QStringLiteral("nanoseconds")).toDouble() / 1e6;
+            return state.value(QStringLiteral("milliseconds")).toDouble();
         };
         const double duration = there.value(QStringLiteral("duration")).toDouble();
         if (duration <= 0 || !plays(there) || !plays(here))

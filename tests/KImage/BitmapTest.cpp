@@ -262,12 +262,7 @@ TEST(Bitmap, SavedFilesAreReadByOthers)
     options.iptc = MetadataReader::readBlocks(pictures.path("tagged.jpg"))->iptc;
     options.iccProfile = MetadataReader::readBlocks(pictures.path("profiled.jpg"))->iccProfile;
     EXPECT_FALSE(options.iptc.isEmpty() || options.iccProfile.isEmpty());
-    const struct
-    {
-        const char *name;
-        PixelFormat format;
-        const char *identified;
-    } rows[] = {
+    const std::tuple<const char *, PixelFormat, const char *> rows[] = {
         {"a.jpg", PixelFormat::Rgba8, "JPEG 64 32 8"},
         {"b.JPG", PixelFormat::GrayFloat, "JPEG 64 32 8"},
         {"a.tif", PixelFormat::Rgb16, "TIFF 64 32 16"},
@@ -275,12 +270,12 @@ TEST(Bitmap, SavedFilesAreReadByOthers)
         {"a.hdr", PixelFormat::RgbFloat, "HDR 64 32 16"},
         {"b.hdr", PixelFormat::Gray8, "HDR 64 32 16"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const KBitmap bitmap = ramp(64, 32, row.format);
-        KImage::Save(bitmap, pictures.path(row.name), options);
-        EXPECT_EQ(pictures.run("identify", {"-format", "%m %w %h %z", row.name}), row.identified);
-        const KBitmap back = KImage::Read(pictures.path(row.name));
+    for (const auto &[name, format, identified] : rows) {
+        SCOPED_TRACE(name);
+        const KBitmap bitmap = ramp(64, 32, format);
+        KImage::Save(bitmap, pictures.path(name), options);
+        EXPECT_EQ(pictures.run("identify", {"-format", "%m %w %h %z", name}), identified);
+        const KBitmap back = KImage::Read(pictures.path(name));
         const KBitmap expected = KImage::Convert(bitmap, PixelFormat::Rgba8);
         for (int c = 0; c < 3; ++c)
             EXPECT_NEAR(back.line(16)[4 * 32 + c], expected.line(16)[4 * 32 + c], 5);

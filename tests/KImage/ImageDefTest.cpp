@@ -56,20 +56,16 @@ TEST(ImageDef, FailuresAreExceptionsWithTheirMessages)
         pictures.make("gray.jpg", {"-size", "16x16", "xc:gray50", "-colorspace", "Gray"});
     const QString text = pictures.write("text.png", "text");
     const QString absent = pictures.path("absent.png");
-    const struct
-    {
-        QString path;
-        bool valid;
-        QString message;
-    } rows[] = {{absent, false, "File \"" + absent + "\" is not found\n"},
-                {text, false, "File \"" + text + "\" cannot be loaded"},
-                {gray, true, "gray.jpg: gray pictures are not supported."}};
-    for (const auto &row : rows) {
-        ImageDef image(row.path);
-        EXPECT_EQ(image.isValid(), row.valid);
-        EXPECT_EQ(image.getWidth() > 0, row.valid);
-        EXPECT_EQ(lockMessage(image, false), row.message);
-        EXPECT_EQ(lockMessage(image, true), row.message);
+    const std::tuple<QString, bool, QString> rows[] = {
+        {absent, false, "File \"" + absent + "\" is not found\n"},
+        {text, false, "File \"" + text + "\" cannot be loaded"},
+        {gray, true, "gray.jpg: gray pictures are not supported."}};
+    for (const auto &[path, valid, message] : rows) {
+        ImageDef image(path);
+        EXPECT_EQ(image.isValid(), valid);
+        EXPECT_EQ(image.getWidth() > 0, valid);
+        EXPECT_EQ(lockMessage(image, false), message);
+        EXPECT_EQ(lockMessage(image, true), message);
         image.Unlock();
     }
 }

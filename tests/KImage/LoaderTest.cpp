@@ -61,14 +61,7 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
     const test::Pictures pictures;
     const QStringList base = test::Pictures::orangeAndBlue();
     const QStringList floats{"-depth", "32", "-define", "quantum:format=floating-point"};
-    const struct
-    {
-        const char *name;
-        QStringList arguments;
-        const char *formatName;
-        int tolerance;
-        bool linear;
-    } rows[] = {
+    const std::tuple<const char *, QStringList, const char *, int, bool> rows[] = {
         {"a.jpg", {"-sampling-factor", "1x1", "-quality", "98"}, "JPEG", 3, false},
         {"progressive.jpg", {"-sampling-factor", "1x1", "-interlace", "JPEG"}, "JPEG", 8, false},
         {"a.png", {}, "PNG", 0, false},
@@ -86,32 +79,32 @@ TEST(Loader, EveryKindOfPictureComesOutAlike)
         {"a.hdr", {}, "HDR", 13, true},
         {"a.bmp", {}, "BMP", 0, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const QString path = pictures.make(row.name, base + row.arguments);
+    for (const auto &[name, arguments, formatName, tolerance, linear] : rows) {
+        SCOPED_TRACE(name);
+        const QString path = pictures.make(name, base + arguments);
         ImageInfo info;
         ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
         EXPECT_EQ(info.size, QSize(64, 32));
-        EXPECT_EQ(info.formatName, row.formatName);
+        EXPECT_EQ(info.formatName, formatName);
         EXPECT_FALSE(info.gray);
 
         KBitmap whole;
         ASSERT_EQ(ImageLoader::load(path, fittedInto(QSize()), whole), ImageError::None);
         ASSERT_EQ(whole.size(), QSize(64, 32));
         // Float files hold linear light, in which the tool's 128 is a brighter 188.
-        const QVector<int> orange{255, row.linear ? 188 : 128, 0, 255};
-        EXPECT_TRUE(near(pixel(whole, 8, 16), orange, row.tolerance));
-        EXPECT_TRUE(near(pixel(whole, 56, 16), {0, 0, 255, 255}, row.tolerance * 2));
+        const QVector<int> orange{255, linear ? 188 : 128, 0, 255};
+        EXPECT_TRUE(near(pixel(whole, 8, 16), orange, tolerance));
+        EXPECT_TRUE(near(pixel(whole, 56, 16), {0, 0, 255, 255}, tolerance * 2));
 
         KBitmap small;
         ASSERT_EQ(ImageLoader::load(path, fittedInto(QSize(16, 16)), small), ImageError::None);
         ASSERT_EQ(small.size(), QSize(16, 8));
-        EXPECT_TRUE(near(pixel(small, 2, 4), orange, row.tolerance + 8));
+        EXPECT_TRUE(near(pixel(small, 2, 4), orange, tolerance + 8));
 
         KBitmap own;
         ASSERT_EQ(ImageLoader::load(path, native(), own), ImageError::None);
         EXPECT_EQ(own.size(), QSize(64, 32));
-        EXPECT_EQ(isFloat(own.format()), row.linear);
+        EXPECT_EQ(isFloat(own.format()), linear);
     }
 }
 
@@ -234,12 +227,7 @@ TEST(Loader, AlphaGrayAndLinearLight)
     const QStringList floats{"-depth", "32", "-define", "quantum:format=floating-point"};
     pictures.run("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "color=red@0.5:s=8x8,format=rgba",
                             "-frames:v", "1", "-pix_fmt", "gbrapf32le", pictures.path("a.exr")});
-    const struct
-    {
-        QString path;
-        bool gray;
-        QVector<int> expected;
-    } rows[] = {
+    const std::tuple<QString, bool, QVector<int>> rows[] = {
         {pictures.make("half.png", half), false, {255, 0, 0, 128}},
         {pictures.make("half.tif", half + floats), false, {255, 0, 0, 128}},
         {pictures.path("a.exr"), false, {255, 0, 0, 128}},
@@ -250,15 +238,15 @@ TEST(Loader, AlphaGrayAndLinearLight)
          {127, 127, 127, 255}},
         {pictures.make("gray.tif", gray + floats), true, {187, 187, 187, 255}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.path.toStdString());
+    for (const auto &[path, gray, expected] : rows) {
+        SCOPED_TRACE(path.toStdString());
         ImageInfo info;
-        ASSERT_EQ(ImageLoader::describe(row.path, info), ImageError::None);
-        EXPECT_EQ(info.gray, row.gray);
+        ASSERT_EQ(ImageLoader::describe(path, info), ImageError::None);
+        EXPECT_EQ(info.gray, gray);
         for (const QSize &limit : {QSize(), QSize(4, 4)}) {
             KBitmap bitmap;
-            ASSERT_EQ(ImageLoader::load(row.path, fittedInto(limit), bitmap), ImageError::None);
-            EXPECT_TRUE(near(pixel(bitmap, 1, 1), row.expected, 2));
+            ASSERT_EQ(ImageLoader::load(path, fittedInto(limit), bitmap), ImageError::None);
+            EXPECT_TRUE(near(pixel(bitmap, 1, 1), expected, 2));
         }
     }
 }
@@ -324,24 +312,22 @@ TEST(Loader, CameraRawsFollowTheirOptions)
     const QVector<int> base = middle(plain);
     EXPECT_TRUE(near(middle(plain, QSize(16, 12)), base, 20));
 
-    const struct
-    {
-        std::function<void(RawOptions &)> change;
-        int darkerChannel; ///< -1 for any other colour
-    } rows[] = {{[](RawOptions &o) { o.brightness = 0.5; }, 1},
-                {[](RawOptions &o) { o.gamma = 1.0; }, 1},
-                {[](RawOptions &o) { o.redScaling = 0.5; }, 0},
-                {[](RawOptions &o) { o.blueScaling = 0.5; }, 2},
-                {[](RawOptions &o) { o.autoBright = true; }, -1},
-                {[](RawOptions &o) { o.cameraBalance = true; }, -1},
-                {[](RawOptions &o) { o.automaticBalance = true; }, -1}};
-    for (const auto &row : rows) {
+    // No darker channel, -1: any other colour.
+    const std::tuple<std::function<void(RawOptions &)>, int> rows[] = {
+        {[](RawOptions &o) { o.brightness = 0.5; }, 1},
+        {[](RawOptions &o) { o.gamma = 1.0; }, 1},
+        {[](RawOptions &o) { o.redScaling = 0.5; }, 0},
+        {[](RawOptions &o) { o.blueScaling = 0.5; }, 2},
+        {[](RawOptions &o) { o.autoBright = true; }, -1},
+        {[](RawOptions &o) { o.cameraBalance = true; }, -1},
+        {[](RawOptions &o) { o.automaticBalance = true; }, -1}};
+    for (const auto &[change, darkerChannel] : rows) {
         RawOptions changed = plain;
-        row.change(changed);
+        change(changed);
         const QVector<int> colour = middle(changed);
         EXPECT_NE(colour, base);
-        if (row.darkerChannel >= 0) {
-            EXPECT_LT(colour[row.darkerChannel], base[row.darkerChannel] - 20);
+        if (darkerChannel >= 0) {
+            EXPECT_LT(colour[darkerChannel], base[darkerChannel] - 20);
         }
     }
 
@@ -359,11 +345,7 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
     const QByteArray hugeHdr("#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 100000 +X 100000\n");
     const QString pipe = pictures.path("pipe.jpg");
     ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
-    const struct
-    {
-        QString path;
-        ImageError error;
-    } rows[] = {
+    const std::tuple<QString, ImageError> rows[] = {
         {pictures.path("absent.jpg"), ImageError::FileOpen},
         {pipe, ImageError::FileOpen},
         {pictures.write("empty.jpg", ""), ImageError::FileRead},
@@ -385,10 +367,10 @@ TEST(Loader, BrokenFilesAreErrorsAndStayCheap)
          ImageError::NoMemory},
     };
     const long before = test::peakMegabytes();
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.path.toStdString());
+    for (const auto &[path, error] : rows) {
+        SCOPED_TRACE(path.toStdString());
         KBitmap bitmap;
-        EXPECT_EQ(ImageLoader::load(row.path, fittedInto(QSize(64, 64)), bitmap), row.error);
+        EXPECT_EQ(ImageLoader::load(path, fittedInto(QSize(64, 64)), bitmap), error);
         EXPECT_FALSE(bitmap.isValid());
     }
     EXPECT_LT(test::peakMegabytes() - before, 64);

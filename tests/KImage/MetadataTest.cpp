@@ -25,34 +25,27 @@ ExifEntry entry(const char *name, const QString &value)
 
 TEST(MetadataText, NumbersDatesCoordinatesAndUnits)
 {
-    const struct
-    {
-        const char *text;
-        double expected;
-    } numbers[] = {{"1/250", 0.004},      {"2,8", 2.8},         {"f/2.8", 2.8},
-                   {"200", 200},          {"50.0 mm", 50},      {"-3333/10000", -0.3333},
-                   {"1.5/2", 0.75},       {"1/0", kUnreadable}, {"0/0", kUnreadable},
-                   {"none", kUnreadable}, {"", kUnreadable},    {"/5", 5}};
-    for (const auto &row : numbers)
-        EXPECT_DOUBLE_EQ(MetadataText::number(row.text), row.expected) << row.text;
+    const std::tuple<const char *, double> numbers[] = {
+        {"1/250", 0.004},      {"2,8", 2.8},         {"f/2.8", 2.8},
+        {"200", 200},          {"50.0 mm", 50},      {"-3333/10000", -0.3333},
+        {"1.5/2", 0.75},       {"1/0", kUnreadable}, {"0/0", kUnreadable},
+        {"none", kUnreadable}, {"", kUnreadable},    {"/5", 5}};
+    for (const auto &[text, expected] : numbers)
+        EXPECT_DOUBLE_EQ(MetadataText::number(text), expected) << text;
     EXPECT_EQ(MetadataText::number(QString(10000000, '9') + "/1"),
               MetadataText::number(QString(128, '9')));
 
-    const struct
-    {
-        const char *text, *reference;
-        double expected;
-    } coordinates[] = {{"48\u00B0 51' 29.6\"", "North", 48.858222},
-                       {"48\u00B0 51' 29,6\"", "South", -48.858222},
-                       {"2\u00B0 17' 402/10\"", "East", 2.2945},
-                       {"2\u00B0 17.5' 0\"", "West", -2.291667},
-                       {"2\u00B0 17'", "East", kUnreadable},
-                       {"2\u00B0 1/0' 0\"", "East", kUnreadable},
-                       {"", "", kUnreadable}};
-    for (const auto &row : coordinates)
-        EXPECT_NEAR(MetadataText::coordinate(QString::fromUtf8(row.text), row.reference),
-                    row.expected, 1e-6)
-            << row.text;
+    const std::tuple<const char *, const char *, double> coordinates[] = {
+        {"48\u00B0 51' 29.6\"", "North", 48.858222},
+        {"48\u00B0 51' 29,6\"", "South", -48.858222},
+        {"2\u00B0 17' 402/10\"", "East", 2.2945},
+        {"2\u00B0 17.5' 0\"", "West", -2.291667},
+        {"2\u00B0 17'", "East", kUnreadable},
+        {"2\u00B0 1/0' 0\"", "East", kUnreadable},
+        {"", "", kUnreadable}};
+    for (const auto &[text, reference, expected] : coordinates)
+        EXPECT_NEAR(MetadataText::coordinate(QString::fromUtf8(text), reference), expected, 1e-6)
+            << text;
 
     EXPECT_EQ(MetadataText::date("2020:01:02 03:04:05"), QDateTime({2020, 1, 2}, {3, 4, 5}));
     for (const char *text : {"2020:13:02 03:04:05", "2020:01:02", "", "99999999999999:1:1 1:1:1"})
@@ -82,22 +75,18 @@ TEST(FocalLength, EachRuleInItsOrder)
     noFocal.focal = 0;
     FocalInput noUnit = plane;
     noUnit.unit = 0;
-    const struct
-    {
-        FocalInput input;
-        FocalSource source;
-        double scale, focal35;
-    } rows[] = {{equivalent, FocalSource::Equivalent, 2.8, 28},
-                {camera, FocalSource::Camera, 1.5, 15},
-                {plane, FocalSource::FocalPlane, 1.537680, 15.37680},
-                {noUnit, FocalSource::Nothing, 1, 10},
-                {noFocal, FocalSource::Nothing, 1, 50},
-                {{}, FocalSource::Nothing, 1, 50}};
-    for (const auto &row : rows) {
-        const FocalResult result = FocalLength::compute(row.input);
-        EXPECT_EQ(result.source, row.source);
-        EXPECT_NEAR(result.scale, row.scale, 1e-4);
-        EXPECT_NEAR(result.focal35, row.focal35, 1e-3);
+    const std::tuple<FocalInput, FocalSource, double, double> rows[] = {
+        {equivalent, FocalSource::Equivalent, 2.8, 28},
+        {camera, FocalSource::Camera, 1.5, 15},
+        {plane, FocalSource::FocalPlane, 1.537680, 15.37680},
+        {noUnit, FocalSource::Nothing, 1, 10},
+        {noFocal, FocalSource::Nothing, 1, 50},
+        {{}, FocalSource::Nothing, 1, 50}};
+    for (const auto &[input, source, scale, focal35] : rows) {
+        const FocalResult result = FocalLength::compute(input);
+        EXPECT_EQ(result.source, source);
+        EXPECT_NEAR(result.scale, scale, 1e-4);
+        EXPECT_NEAR(result.focal35, focal35, 1e-3);
     }
     EXPECT_NEAR(FocalLength::fieldOfView(18), 90, 1e-9);
 }
@@ -155,61 +144,52 @@ TEST(Metadata, DefaultAndForcedValuesCompete)
     options.forcedLensModel = "forced";
     options.forcedK1 = 0.1;
     const ExifEntries full{entry("FocalLength", "8/1"), entry("LensModel", "own")};
-    const struct
-    {
-        ExifMode mode;
-        ExifEntries entries;
-        double focal35;
-        const char *lens;
-        double k1;
-    } rows[] = {{ExifMode::Exif, full, 8, "own", 0},
-                {ExifMode::Exif, {}, 20, "default", 0},
-                {ExifMode::Default, full, 20, "default", 0},
-                {ExifMode::Forced, full, 30, "forced", 0.1},
-                {ExifMode::Forced, {}, 30, "forced", 0.1}};
-    for (const auto &row : rows) {
-        options.exifMode = row.mode;
-        ImageMetadata metadata = Metadata::fromEntries(row.entries, QSize(10, 10));
+    const std::tuple<ExifMode, ExifEntries, double, const char *, double> rows[] = {
+        {ExifMode::Exif, full, 8, "own", 0},
+        {ExifMode::Exif, {}, 20, "default", 0},
+        {ExifMode::Default, full, 20, "default", 0},
+        {ExifMode::Forced, full, 30, "forced", 0.1},
+        {ExifMode::Forced, {}, 30, "forced", 0.1}};
+    for (const auto &[mode, entries, focal35, lens, k1] : rows) {
+        options.exifMode = mode;
+        ImageMetadata metadata = Metadata::fromEntries(entries, QSize(10, 10));
         Metadata::applyOptions(metadata, options);
-        EXPECT_EQ(metadata.focalLength.focal35, row.focal35);
-        EXPECT_EQ(metadata.lensModel, row.lens);
-        EXPECT_EQ(metadata.k1, row.k1);
+        EXPECT_EQ(metadata.focalLength.focal35, focal35);
+        EXPECT_EQ(metadata.lensModel, lens);
+        EXPECT_EQ(metadata.k1, k1);
     }
 }
 
 TEST(MetadataReader, SeveralMakersAndContainers)
 {
     const test::Pictures pictures;
-    const struct
-    {
-        const char *file, *maker, *model;
-        const char *more; ///< another tag of exiv2, which comes back as the table's last line
-        double scale;
-        const char *line;
-    } rows[] = {
-        {"a.jpg", "NIKON CORPORATION", "NIKON D7500", "FNumber 28/10", 1.534,
-         "F Number: \"28/10\";"},
-        {"a.tif", "Canon", "Canon EOS 5D", "FocalLengthIn35mmFilm 75", 1.5,
-         "35mm f.length: \"75\";"},
-        {"a.png", "SONY", "ILCE-6000", "ExposureTime 1/250", 1.534, "Exposure time: \"1/250\";"},
-        {"a.webp", "FUJIFILM", "X-T1", "ExposureBiasValue -1/3", 1.529,
-         "Exposure bias value: \"-1/3\";"},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.file);
-        const QString path = pictures.make(row.file, {"-size", "16x8", "xc:red", "-strip"});
-        pictures.run("exiv2", {"-M", QString("set Exif.Image.Make ") + row.maker, "-M",
-                               QString("set Exif.Image.Model ") + row.model, "-M",
+    // With one more tag of exiv2, which comes back as the table's last line.
+    const std::tuple<const char *, const char *, const char *, const char *, double, const char *>
+        rows[] = {
+            {"a.jpg", "NIKON CORPORATION", "NIKON D7500", "FNumber 28/10", 1.534,
+             "F Number: \"28/10\";"},
+            {"a.tif", "Canon", "Canon EOS 5D", "FocalLengthIn35mmFilm 75", 1.5,
+             "35mm f.length: \"75\";"},
+            {"a.png", "SONY", "ILCE-6000", "ExposureTime 1/250", 1.534,
+             "Exposure time: \"1/250\";"},
+            {"a.webp", "FUJIFILM", "X-T1", "ExposureBiasValue -1/3", 1.529,
+             "Exposure bias value: \"-1/3\";"},
+        };
+    for (const auto &[file, maker, model, more, scale, line] : rows) {
+        SCOPED_TRACE(file);
+        const QString path = pictures.make(file, {"-size", "16x8", "xc:red", "-strip"});
+        pictures.run("exiv2", {"-M", QString("set Exif.Image.Make ") + maker, "-M",
+                               QString("set Exif.Image.Model ") + model, "-M",
                                "set Exif.Photo.FocalLength 50/1", "-M",
-                               QString("set Exif.Photo.") + row.more, row.file});
+                               QString("set Exif.Photo.") + more, file});
         const std::optional<ExifEntries> entries = MetadataReader::read(path);
         ASSERT_TRUE(entries);
         const ImageMetadata metadata = Metadata::fromEntries(*entries, QSize(16, 8));
-        EXPECT_NEAR(metadata.focalLength.scale, row.scale, 1e-3);
+        EXPECT_NEAR(metadata.focalLength.scale, scale, 1e-3);
         EXPECT_EQ(metadata.tableText().section("FOV:", 0, 0).toStdString(),
                   QStringLiteral("Maker: \"%1\";\nModel: \"%2\";\n"
                                  "Real focal length: \"50/1\";\n%3\n")
-                      .arg(row.maker, row.model, row.line)
+                      .arg(maker, model, line)
                       .toStdString());
     }
 }

@@ -42,11 +42,8 @@ TEST(Tables, LinesThatAreNoEntriesAreLeftOut)
 TEST(Tables, CamerasOfTheProgramAreFound)
 {
     CameraProperties *table = CameraProperties::instance();
-    const struct
-    {
-        const char *make, *model;
-        double scale; ///< 0: unknown
-    } rows[] = {
+    // 0: unknown.
+    const std::tuple<const char *, const char *, double> rows[] = {
         {"NIKON CORPORATION", "NIKON D750", 1.0},
         {"NIKON CORPORATION", "NIKON D7500", 1.534},
         {"Canon", "Canon EOS 5D Mark II", 1.0},
@@ -57,10 +54,10 @@ TEST(Tables, CamerasOfTheProgramAreFound)
         {"Canon", "Canon EOS 0000", 0},
         {"", "", 0},
     };
-    for (const auto &row : rows) {
+    for (const auto &[make, model, expected] : rows) {
         double scale = -1;
-        EXPECT_EQ(table->getSensorScale(row.make, row.model, scale), row.scale > 0) << row.model;
-        EXPECT_NEAR(scale, row.scale > 0 ? row.scale : -1, 0.01) << row.model;
+        EXPECT_EQ(table->getSensorScale(make, model, scale), expected > 0) << model;
+        EXPECT_NEAR(scale, expected > 0 ? expected : -1, 0.01) << model;
     }
 }
 

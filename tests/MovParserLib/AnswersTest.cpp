@@ -93,48 +93,42 @@ TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
     };
     const Bytes terminated = Bytes("tool") + '\0';
     const std::array<float, 3> none = {0, 0, 0};
-    const struct
-    {
-        const char *what;
-        TrackParts parts;
-        Status status;
-        quint32 projection, stereo;
-        std::array<float, 3> angles;
-        Bytes tool;
-    } rows[] = {
-        {"turned",
-         described(st3d2 + sv3d(prhd(90 << 16, 0, 0) + kEqui)),
-         0,
-         1,
-         1,
-         {90},
-         terminated},
-        {"whole degrees toward zero",
-         sphere(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui),
-         0,
-         1,
-         0,
-         {90, -30, 0},
-         terminated},
-        {"top-bottom", described(sv3d(kCube) + fullAtom("st3d", u8(1))), 0, 256, 2, none,
-         terminated},
-        {"the last projection", sphere(kEqui + kCube), 0, 256, 0, none, terminated},
-        {"the last again", sphere(kCube + kEqui), 0, 1, 0, none, terminated},
-        {"another projection", sphere(kEqui + atom("mshp", "abc")), 0, 0, 0, none, terminated},
-        {"the last sphere", described(sv3d(kEqui) + atom("sv3d", "")), 0, 0, 0, none, ""},
-        {"an unknown stereo mode", described(fullAtom("st3d", u8(3))), 0, 0, 0, none, ""},
-        {"no terminator", described(atom("sv3d", fullAtom("svhd", "ab"))), 0, 0, 0, none, "ab"},
-        {"a description silences the text", described("", legacy(text)), 0, 0, 0, none, ""},
-        {"the first text alone", legacyOnly, 0, 1, 1, none, "S1"},
-        {"text up to its zero byte", topBottom, 0, 1, 2, none, ""},
-        {"a tag at the start is not found", tagFirst, 0, 1, 0, none, ""},
-        {"neither", bare, 0x40002, 0, 0, none, ""},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.what);
-        const Opened file(movie(track(row.parts)));
+    const std::tuple<const char *, TrackParts, Status, quint32, quint32, std::array<float, 3>,
+                     Bytes>
+        rows[] = {
+            {"turned",
+             described(st3d2 + sv3d(prhd(90 << 16, 0, 0) + kEqui)),
+             0,
+             1,
+             1,
+             {90},
+             terminated},
+            {"whole degrees toward zero",
+             sphere(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui),
+             0,
+             1,
+             0,
+             {90, -30, 0},
+             terminated},
+            {"top-bottom", described(sv3d(kCube) + fullAtom("st3d", u8(1))), 0, 256, 2, none,
+             terminated},
+            {"the last projection", sphere(kEqui + kCube), 0, 256, 0, none, terminated},
+            {"the last again", sphere(kCube + kEqui), 0, 1, 0, none, terminated},
+            {"another projection", sphere(kEqui + atom("mshp", "abc")), 0, 0, 0, none, terminated},
+            {"the last sphere", described(sv3d(kEqui) + atom("sv3d", "")), 0, 0, 0, none, ""},
+            {"an unknown stereo mode", described(fullAtom("st3d", u8(3))), 0, 0, 0, none, ""},
+            {"no terminator", described(atom("sv3d", fullAtom("svhd", "ab"))), 0, 0, 0, none, "ab"},
+            {"a description silences the text", described("", legacy(text)), 0, 0, 0, none, ""},
+            {"the first text alone", legacyOnly, 0, 1, 1, none, "S1"},
+            {"text up to its zero byte", topBottom, 0, 1, 2, none, ""},
+            {"a tag at the start is not found", tagFirst, 0, 1, 0, none, ""},
+            {"neither", bare, 0x40002, 0, 0, none, ""},
+        };
+    for (const auto &[what, parts, status, projection, stereo, angles, tool] : rows) {
+        SCOPED_TRACE(what);
+        const Opened file(movie(track(parts)));
         ASSERT_EQ(file.status, 0U);
-        expectSphere(file.reader, row.status, row.projection, row.stereo, row.angles, row.tool);
+        expectSphere(file.reader, status, projection, stereo, angles, tool);
     }
 }
 
@@ -183,14 +177,7 @@ TEST_F(Answers, FrameRatesComeFromDurationAndCount)
         return atom("edts", fullAtom("elst", u32(1) + u32(duration) + u32(quint32(mediaTime)) +
                                                  u32(65536)));
     };
-    const struct
-    {
-        const char *what;
-        quint32 timeScale, duration;
-        Bytes tables, edits;
-        Status status;
-        double rate;
-    } rows[] = {
+    const std::tuple<const char *, quint32, quint32, Bytes, Bytes, Status, double> rows[] = {
         {"25", 12800, 12800, constant(25), "", 0, 25},
         {"29.97", 30000, 30030, constant(30), "", 0, 29.97},
         {"a frame's length is rounded up", 600, 1000, constant(30), "", 0, 17.647},
@@ -205,17 +192,17 @@ TEST_F(Answers, FrameRatesComeFromDurationAndCount)
         {"no samples, no entry", 1000, 100, constant(0), atom("edts", fullAtom("elst", u32(0))),
          0x10000, 0},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto &[what, timeScale, duration, tables, edits, status, expectedRate] : rows) {
+        SCOPED_TRACE(what);
         TrackParts parts;
-        parts.timeScale = row.timeScale;
-        parts.duration = row.duration;
-        parts.tables = row.tables;
-        parts.edits = row.edits;
+        parts.timeScale = timeScale;
+        parts.duration = duration;
+        parts.tables = tables;
+        parts.edits = edits;
         const Opened file(movie(track(parts)));
         double rate = 99;
-        EXPECT_EQ(file.reader.getFrameRate(&rate), row.status);
-        EXPECT_DOUBLE_EQ(rate, row.rate);
+        EXPECT_EQ(file.reader.getFrameRate(&rate), status);
+        EXPECT_DOUBLE_EQ(rate, expectedRate);
     }
 }
 
@@ -275,13 +262,7 @@ TEST_F(Answers, TheMakerIsKnownByNameFirmwareOrTool)
     const Bytes tool = "\xA9too";
     const Bytes plain = Bytes("VideoHandler") + '\0';
     const Bytes good = meta("mdir", tool, 1, "Orvex");
-    const struct
-    {
-        const char *what;
-        Bytes name, userData;
-        Status status;
-        bool maker;
-    } rows[] = {
+    const std::tuple<const char *, Bytes, Bytes, Status, bool> rows[] = {
         {"name", Bytes("An Orvex camera") + '\0', "", 0, true},
         {"name with a count", u8(5) + "Orvex", "", 0, true},
         {"other case", Bytes("orvex") + '\0', "", 0, false},
@@ -303,16 +284,16 @@ TEST_F(Answers, TheMakerIsKnownByNameFirmwareOrTool)
          false},
         {"nothing", plain, "", 0, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto &[what, name, userData, status, isMaker] : rows) {
+        SCOPED_TRACE(what);
         TrackParts parts;
-        parts.name = row.name;
+        parts.name = name;
         const Opened file(
-            movie(track(parts) + (row.userData.empty() ? Bytes() : atom("udta", row.userData))));
+            movie(track(parts) + (userData.empty() ? Bytes() : atom("udta", userData))));
         ASSERT_EQ(file.status, 0U);
-        bool maker = !row.maker;
-        EXPECT_EQ(file.reader.isOrvexFile(&maker), row.status);
-        EXPECT_EQ(maker, row.maker);
+        bool maker = !isMaker;
+        EXPECT_EQ(file.reader.isOrvexFile(&maker), status);
+        EXPECT_EQ(maker, isMaker);
     }
 }
 
@@ -399,19 +380,14 @@ TEST_F(Answers, SoundAndOtherTracksAreDescribed)
     };
     const Bytes second = u32(72) + hex("40f7700000000000") + u32(6) + u32(0x7F000000) + u32(24) +
                          u32(0) + u32(18) + u32(1);
-    const struct
-    {
-        TrackParts parts;
-        quint32 channels;
-        double rate;
-        quint32 bits;
-        Status idStatus, frameStatus;
-    } rows[] = {{sound(0, 0, ""), 2, 48000, 16, 10, 2},
-                {sound(0, 7, ""), 2, 48000, 16, 0, 2},
-                {sound(1, 0, u32(1) + u32(2) + u32(3) + u32(4)), 2, 48000, 16, 0, 0},
-                {sound(2, 0, second), 6, 96000, 24, 0, 2}};
-    for (const auto &row : rows) {
-        const Opened file(movie(track(row.parts)));
+    const std::tuple<TrackParts, quint32, double, quint32, Status, Status> rows[] = {
+        {sound(0, 0, ""), 2, 48000, 16, 10, 2},
+        {sound(0, 7, ""), 2, 48000, 16, 0, 2},
+        {sound(1, 0, u32(1) + u32(2) + u32(3) + u32(4)), 2, 48000, 16, 0, 0},
+        {sound(2, 0, second), 6, 96000, 24, 0, 2}};
+    for (const auto &[parts, expectedChannels, expectedRate, expectedBits, idStatus, frameStatus] :
+         rows) {
+        const Opened file(movie(track(parts)));
         const SampleTableAtom *table = nullptr;
         ASSERT_EQ(file.reader.getSampleTable(TrackSelector::byIndex(0), &table), 0U);
         const SampleDescriptionAtom &stsdAtom = table->descriptions;
@@ -422,11 +398,11 @@ TEST_F(Answers, SoundAndOtherTracksAreDescribed)
         EXPECT_EQ(stsdAtom.getChannelCount(&channels) | stsdAtom.getSampleRate(&rate) |
                       stsdAtom.getBitsPerSample(&bits),
                   0U);
-        EXPECT_EQ(channels, row.channels);
-        EXPECT_EQ(rate, row.rate);
-        EXPECT_EQ(bits, row.bits);
-        EXPECT_EQ(stsdAtom.getCompressionId(&other), row.idStatus);
-        EXPECT_EQ(stsdAtom.getBytesPerFrame(&other), row.frameStatus);
+        EXPECT_EQ(channels, expectedChannels);
+        EXPECT_EQ(rate, expectedRate);
+        EXPECT_EQ(bits, expectedBits);
+        EXPECT_EQ(stsdAtom.getCompressionId(&other), idStatus);
+        EXPECT_EQ(stsdAtom.getBytesPerFrame(&other), frameStatus);
         EXPECT_EQ(stsdAtom.getVideoSize(&other, nullptr), 2U);
     }
 

@@ -13,12 +13,7 @@ using namespace Orvex::MovParserLib;
 
 TEST(Report, PrintsPrefixAndNameAndCarriesTheDomain)
 {
-    const struct
-    {
-        quint32 domain;
-        Status code, result;
-        const char *text;
-    } rows[] = {
+    const std::tuple<quint32, Status, Status, const char *> rows[] = {
         {0, 0, 0, ""},
         {1, 2, 3, "MovParser::Error  >>  ERROR_MISSING_MOVIE_HEADER\n"},
         {1, 0x1000B, 0x1000B, "MovParser::Error  >>  \n"},
@@ -30,10 +25,10 @@ TEST(Report, PrintsPrefixAndNameAndCarriesTheDomain)
         {0x40000, 11, 0x4000B, "MovAtom::Error  >>  ERROR_ZERO_SIZE_ATOM\n"},
         {0x40000, 12, 0x4000C, "MovAtom::Error  >>  Unknown error code\n"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[domain, code, result, text] : rows) {
         testing::internal::CaptureStderr();
-        EXPECT_EQ(report(row.domain, row.code), row.result);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.text);
+        EXPECT_EQ(report(domain, code), result);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), text);
     }
 }
 
@@ -41,25 +36,20 @@ TEST(FileBuffer, SeeksWithinItsBytesOnly)
 {
     constexpr qint64 least = std::numeric_limits<qint64>::min();
     constexpr qint64 most = std::numeric_limits<qint64>::max();
-    const struct
-    {
-        qint64 offset;
-        int origin;
-        Status result;
-        qint64 position; // From 4 of 10 bytes.
-    } rows[] = {
+    // From position 4 of 10 bytes.
+    const std::tuple<qint64, int, Status, qint64> rows[] = {
         {10, 0, 0, 10},   {11, 0, 5, 4},   {-1, 0, 6, 4},    {0, 0, 0, 0},    {5, 1, 0, 9},
         {6, 1, 5, 4},     {-4, 1, 0, 0},   {-5, 1, 6, 4},    {0, 2, 5, 4},    {-10, 2, 0, 0},
         {-11, 2, 6, 4},   {-1, 2, 0, 9},   {0, 3, 7, 4},     {most, 1, 5, 4}, {least, 1, 6, 4},
         {least, 2, 6, 4}, {most, 0, 5, 4}, {least, 0, 6, 4},
     };
-    for (const auto &row : rows) {
+    for (const auto &[offset, origin, result, position] : rows) {
         Bytes bytes(10, 'x');
         FileBuffer buffer;
         ASSERT_EQ(buffer.attach(10, bytes.data()), 0U);
         ASSERT_EQ(buffer.seek(4, FromStart), 0U);
-        EXPECT_EQ(buffer.seek(row.offset, row.origin), row.result) << row.offset << row.origin;
-        EXPECT_EQ(buffer.position(), row.position);
+        EXPECT_EQ(buffer.seek(offset, origin), result) << offset << origin;
+        EXPECT_EQ(buffer.position(), position);
         EXPECT_EQ(buffer.position() + buffer.remaining(), buffer.dataSize());
     }
 }
@@ -198,22 +188,17 @@ TEST(FileReader, ReadsFromAnyOffset)
     EXPECT_EQ(reader.open("/dev/zero"), 2U);
     EXPECT_EQ(reader.open(std::string("a\0b", 3)), 2U);
     ASSERT_EQ(reader.open(fileOf(content, "bytes")), 0U);
-    const struct
-    {
-        qint64 offset;
-        quint32 size;
-        Status result;
-    } rows[] = {
+    const std::tuple<qint64, quint32, Status> rows[] = {
         {0, 1300, 0},    {1000, 16, 0}, {1024, 276, 0}, {1280, 20, 0},       {1290, 16, 0},
         {1024, 277, 11}, {0, 1301, 11}, {5000, 1, 11},  {0, 0xFFFFFFFF, 11}, {-1, 1, 4},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(reader.read(buffer, row.offset, row.size), row.result) << row.offset;
-        if (row.result)
+    for (const auto &[offset, size, result] : rows) {
+        EXPECT_EQ(reader.read(buffer, offset, size), result) << offset;
+        if (result)
             continue;
         // What ends in the padding of the last sector is filled with zeros.
-        const Bytes expected = (content + zeros(64)).substr(size_t(row.offset), row.size);
-        EXPECT_EQ(Bytes(buffer.getData(), row.size), expected);
+        const Bytes expected = (content + zeros(64)).substr(size_t(offset), size);
+        EXPECT_EQ(Bytes(buffer.getData(), size), expected);
     }
     EXPECT_EQ(reader.close(), 0U);
     EXPECT_EQ(reader.close(), 0U);

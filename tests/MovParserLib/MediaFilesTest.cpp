@@ -77,10 +77,7 @@ QStringList packets(const QString &path)
 
 TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
 {
-    const struct
-    {
-        const char *name, *rate, *options;
-    } rows[] = {
+    const char *const rows[][3] = {
         {"h264.mp4", "25", "-c:v libx264 -c:a aac"},
         {"first.mp4", "30000/1001", "-c:v libx264 -bf 2 -an -movflags faststart"},
         {"hevc.mp4", "24", "-c:v libx265 -x265-params log-level=none -tag:v hvc1 -c:a aac"},
@@ -90,10 +87,10 @@ TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
          "-output_ts_offset 2 -c:v libx264 -bf 2 -c:a aac -video_track_timescale 600"},
         {"mpeg4.mov", "10", "-c:v mpeg4 -c:a pcm_f32le -ar 96000"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, madeRate, options] : rows) {
+        SCOPED_TRACE(name);
         const QString path =
-            make(QLatin1String(row.name), QLatin1String(row.options), QLatin1String(row.rate));
+            make(QLatin1String(name), QLatin1String(options), QLatin1String(madeRate));
         MovFileReader reader;
         ASSERT_EQ(reader.open(path), 0U);
         const QStringList expected =
@@ -107,7 +104,7 @@ TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
         EXPECT_TRUE(reader.isVideoFile());
         double rate = 0;
         ASSERT_EQ(reader.getFrameRate(&rate), 0U);
-        const QStringList fraction = QString::fromLatin1(row.rate).split(QLatin1Char('/'));
+        const QStringList fraction = QString::fromLatin1(madeRate).split(QLatin1Char('/'));
         EXPECT_NEAR(rate,
                     fraction[0].toDouble() / fraction.value(1, QStringLiteral("1")).toDouble(),
                     0.0005);

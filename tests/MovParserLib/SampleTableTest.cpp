@@ -35,15 +35,7 @@ const Bytes kAll =
 TEST(SampleTable, AnswersForEachSample)
 {
     const SampleTableAtom table = tableOf(kAll);
-    const struct
-    {
-        quint32 sample;
-        Status status;
-        quint64 offset;
-        quint32 size;
-        qint64 composition, decode;
-        bool sync;
-    } rows[] = {
+    const std::tuple<quint32, Status, quint64, quint32, qint64, qint64, bool> rows[] = {
         {0, 0, 100, 1, 7, 0, true},
         {1, 0, 101, 2, 6, 10, false},
         {2, 0, 200, 3, 16, 20, false},
@@ -52,25 +44,26 @@ TEST(SampleTable, AnswersForEachSample)
         {5, 1, 0, 0, 0, 0, false},
         {0xFFFFFFFF, 1, 0, 0, 0, 0, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.sample);
+    for (const auto &[sample, status, expectedOffset, expectedSize, expectedComposition,
+                      expectedDecode, expectedSync] : rows) {
+        SCOPED_TRACE(sample);
         quint64 offset = 0;
         quint32 size = 0;
         qint64 composition = 100;
         qint64 decode = 0;
         bool sync = false;
-        EXPECT_EQ(table.getSampleLocation(row.sample, &offset, &size, &composition, &decode, &sync),
-                  row.status);
-        if (row.status)
+        EXPECT_EQ(table.getSampleLocation(sample, &offset, &size, &composition, &decode, &sync),
+                  status);
+        if (status)
             continue;
-        EXPECT_EQ(offset, row.offset);
-        EXPECT_EQ(size, row.size);
-        EXPECT_EQ(composition, row.composition);
-        EXPECT_EQ(decode, row.decode);
-        EXPECT_EQ(sync, row.sync);
+        EXPECT_EQ(offset, expectedOffset);
+        EXPECT_EQ(size, expectedSize);
+        EXPECT_EQ(composition, expectedComposition);
+        EXPECT_EQ(decode, expectedDecode);
+        EXPECT_EQ(sync, expectedSync);
         quint32 found = 0;
-        EXPECT_EQ(table.getSampleAtTime(row.decode, &found), 0U);
-        EXPECT_EQ(found, row.sample);
+        EXPECT_EQ(table.getSampleAtTime(expectedDecode, &found), 0U);
+        EXPECT_EQ(found, sample);
     }
     EXPECT_EQ(table.getSampleLocation(99, nullptr, nullptr, nullptr, nullptr, nullptr), 0U);
 }
@@ -105,14 +98,7 @@ TEST(SampleTable, PlacesSamplesInChunks)
     const auto run = [](quint32 chunk, quint32 samples) {
         return u32(chunk) + u32(samples) + u32(1);
     };
-    const struct
-    {
-        const char *what;
-        Bytes tables;
-        quint32 sample;
-        Status status;
-        quint64 offset;
-    } rows[] = {
+    const std::tuple<const char *, Bytes, quint32, Status, quint64> rows[] = {
         {"no runs", stsc(""), 0, 1, 0},
         {"no samples in a chunk", stsc(run(1, 0)), 0, 1, 0},
         {"no samples, then some", stsc(run(1, 0) + run(2, 3)), 1, 0, 201},
@@ -129,13 +115,13 @@ TEST(SampleTable, PlacesSamplesInChunks)
          fullAtom("stsz", u32(8) + u32(1)) + kStco + fullAtom("stsc", u32(1) + run(1, 0xFFFFFFFF)),
          0x10000000, 0, 100 + 0x80000000ULL},
     };
-    for (const auto &row : rows) {
+    for (const auto &[what, tables, sample, status, expectedOffset] : rows) {
         quint64 offset = 0;
-        EXPECT_EQ(tableOf(row.tables)
-                      .getSampleLocation(row.sample, &offset, nullptr, nullptr, nullptr, nullptr),
-                  row.status)
-            << row.what;
-        EXPECT_EQ(offset, row.offset) << row.what;
+        EXPECT_EQ(
+            tableOf(tables).getSampleLocation(sample, &offset, nullptr, nullptr, nullptr, nullptr),
+            status)
+            << what;
+        EXPECT_EQ(offset, expectedOffset) << what;
     }
 }
 

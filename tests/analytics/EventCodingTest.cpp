@@ -21,12 +21,7 @@ KAnalyticsEvent::EventType typeOf(int number)
 
 TEST(EventCoding, EventsSurviveTheStore)
 {
-    const struct
-    {
-        int type;
-        QVariant value;
-        const char *json;
-    } rows[] = {
+    const std::tuple<int, QVariant, const char *> rows[] = {
         {0, 1, R"("type":"action","value":1)"},
         {0, true, R"("type":"action","value":true)"},
         {0, QStringLiteral("\u00e9\""), "\"type\":\"action\",\"value\":\"\u00e9\\\"\""},
@@ -35,15 +30,15 @@ TEST(EventCoding, EventsSurviveTheStore)
          R"("type":"counter","value":{"label":"l","value":2.5})"},
         {7, QVariant(), R"("type":"unknow","value":null)"},
     };
-    for (const auto &row : rows) {
-        KAnalyticsEvent event(typeOf(row.type), "c", "n");
+    for (const auto &[type, value, json] : rows) {
+        KAnalyticsEvent event(typeOf(type), "c", "n");
         event.setSession("s");
         event.setTimestamp(1487073600123);
-        event.setValue(row.value);
+        event.setValue(value);
         const QString text = event.toJsonText();
         EXPECT_EQ(text.toStdString(), std::string(R"({"category":"c","name":"n","session":"s",)"
                                                   R"("timestamp":1487073600123,)") +
-                                          row.json + "}");
+                                          json + "}");
         const auto again = KAnalyticsRawEvent(text).toEvent();
         ASSERT_TRUE(again);
         EXPECT_EQ(again->toJsonText(), text);
@@ -63,13 +58,7 @@ TEST(EventCoding, EventsSurviveTheStore)
 
 TEST(EventCoding, FormsByteForByte)
 {
-    const struct
-    {
-        int type;
-        QVariant value;
-        const char *session;
-        const char *end;
-    } rows[] = {
+    const std::tuple<int, QVariant, const char *, const char *> rows[] = {
         {0, 1, "", "ev=1"},
         {0, 12345678901.0, "", "ev=12345678901"},
         {0, true, "", "ev=true"},
@@ -81,20 +70,20 @@ TEST(EventCoding, FormsByteForByte)
         {2, QVariantMap{{"label", "x"}, {"value", 1}}, "", "el=x&ev=1"},
     };
     const QByteArray system = EventCoding::systemText(QSysInfo::windowsVersion()).toUtf8();
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.end);
-        KAnalyticsEvent event(typeOf(row.type), "CAT | \u00e9", "NAME /");
-        event.setSession(row.session);
-        event.setValue(row.value);
+    for (const auto &[type, value, session, end] : rows) {
+        SCOPED_TRACE(end);
+        KAnalyticsEvent event(typeOf(type), "CAT | \u00e9", "NAME /");
+        event.setSession(session);
+        event.setValue(value);
         const QByteArray expected =
             "v=1&tid=UA-1&cid=%7Bu%7D&an=Orbilens%20Player&av=2.3.1.400&t=event"
             "&ua=Orbilens%20Player/2.3.1.400%20(" +
             QByteArray(system).replace(' ', "%20") +
-            ")&cd1=" + (*row.session ? "own" : "%7Bu%7D%7C20170214") +
+            ")&cd1=" + (*session ? "own" : "%7Bu%7D%7C20170214") +
             "&ul=" + QLocale::system().bcp47Name().toLatin1() +
             "&dp=%2Fapp%2FOrbilens%20Player%2FCAT%20%7C%20%C3%A9%2FNAME%20%2F"
             "&ec=CAT%20%7C%20%C3%A9&ea=NAME%20%2F&" +
-            row.end;
+            end;
         EXPECT_EQ(EventCoding::formBody(event, kReporter, "UA-1", "Orbilens Player").toStdString(),
                   expected.toStdString());
     }

@@ -153,11 +153,7 @@ TEST(EventStore, ReadsAStoreOfAnEarlierRelease)
 
 TEST(EventStore, DamageCostsTheOldContentsOnly)
 {
-    const struct
-    {
-        const char *name;
-        std::function<QByteArray(QByteArray)> damage;
-    } rows[] = {
+    const std::tuple<const char *, std::function<QByteArray(QByteArray)>> rows[] = {
         {"empty", [](const QByteArray &) { return QByteArray(); }},
         {"garbage", [](const QByteArray &) { return QByteArray(20000, 'x'); }},
         {"a few bytes", [](const QByteArray &) { return QByteArray("SQLite format 3"); }},
@@ -168,12 +164,12 @@ TEST(EventStore, DamageCostsTheOldContentsOnly)
              return whole.replace(4096, whole.size() - 4096, QByteArray(whole.size() - 4096, 'y'));
          }},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, damage] : rows) {
+        SCOPED_TRACE(name);
         test::WarningGuard guard({"openDb", "damaged", "not a database"});
         Store store;
         fill(*store.open());
-        store.write(row.damage(store.read()));
+        store.write(damage(store.read()));
         auto db = store.open();
         EXPECT_TRUE(db->isOpen());
         db->takeEvents();

@@ -210,13 +210,7 @@ protected:
 
 TEST_F(AutomaticView, FilmsOpenTheWayTheyAreTagged)
 {
-    const struct
-    {
-        const char *name;
-        Tags tags;
-        int projection, stereo;
-        const char *report;
-    } rows[] = {
+    const std::tuple<const char *, Tags, int, int, const char *> rows[] = {
         {"cube",
          {CubeMap, 2, {30, -20, 10}},
          B::CUBEMAP,
@@ -224,16 +218,16 @@ TEST_F(AutomaticView, FilmsOpenTheWayTheyAreTagged)
          "Projection : Cubemap \nStereoscopy : Over under \nWriting Tool : builder \n"},
         {"flat", {}, B::STANDARD, B::STEREO_2D, "Projection : Standard \nStereoscopy : None \n"}};
     const QImage pattern = grayPattern();
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const QString path = film(row.name, pattern, row.tags);
+    for (const auto &[name, tags, projection, stereo, report] : rows) {
+        SCOPED_TRACE(name);
+        const QString path = film(name, pattern, tags);
         open(path);
         const KShaderCodeBuilder *builder = application->shaderBuilder();
-        EXPECT_EQ(builder->projectionSource(), row.projection);
-        EXPECT_EQ(builder->stereoMode(), row.stereo);
-        EXPECT_EQ(camera->fov(), row.projection == B::STANDARD ? 180 : 90);
+        EXPECT_EQ(builder->projectionSource(), projection);
+        EXPECT_EQ(builder->stereoMode(), stereo);
+        EXPECT_EQ(camera->fov(), projection == B::STANDARD ? 180 : 90);
         const float radians = CameraMath::kPi / 180;
-        const CameraAngles &degrees = row.tags.degrees;
+        const CameraAngles &degrees = tags.degrees;
         const CameraAngles angles{degrees.yaw * radians, degrees.pitch * radians,
                                   degrees.roll * radians};
         EXPECT_NEAR(camera->yaw(), angles.yaw, 1e-5);
@@ -242,8 +236,8 @@ TEST_F(AutomaticView, FilmsOpenTheWayTheyAreTagged)
         EXPECT_EQ(camera->videoLogMessage().toStdString(),
                   "Media : file://" + path.toStdString() +
                       " \nFrame width : 512 \nFrame height : 256 \nVideo frame rate : 5 \n" +
-                      row.report);
-        expectShown(reference(row.projection, row.stereo, angles), shownFrame(path), row.name);
+                      report);
+        expectShown(reference(projection, stereo, angles), shownFrame(path), name);
     }
 }
 

@@ -10,40 +10,32 @@ using K = KShaderCodeBuilder;
 
 TEST(Choices, FieldOfViewLimitsFollowTheProjections)
 {
-    const struct
-    {
-        int input, output;
-        float min, max;
-    } rows[] = {{K::STANDARD, K::ORVEX, 20, 180},
-                {K::STANDARD, K::RECTILINEAR, 20, 180},
-                {K::EQUIRECTANGULAR, K::ORVEX, 80, 300},
-                {K::CUBEMAP, K::FISHEYE, 20, 360},
-                {K::FISHEYE_CIRCLE, K::LITTLE_PLANET, 20, 360},
-                {K::AUTO, K::RECTILINEAR, 20, 130},
-                {K::EQUIRECTANGULAR, 17, 20, 300}};
-    for (const auto &row : rows) {
-        const FovLimits limits = fovLimits(row.input, row.output);
-        EXPECT_EQ(limits.min, row.min) << row.input << ' ' << row.output;
-        EXPECT_EQ(limits.max, row.max) << row.input << ' ' << row.output;
+    const std::tuple<int, int, float, float> rows[] = {
+        {K::STANDARD, K::ORVEX, 20, 180},
+        {K::STANDARD, K::RECTILINEAR, 20, 180},
+        {K::EQUIRECTANGULAR, K::ORVEX, 80, 300},
+        {K::CUBEMAP, K::FISHEYE, 20, 360},
+        {K::FISHEYE_CIRCLE, K::LITTLE_PLANET, 20, 360},
+        {K::AUTO, K::RECTILINEAR, 20, 130},
+        {K::EQUIRECTANGULAR, 17, 20, 300}};
+    for (const auto &[input, output, min, max] : rows) {
+        const FovLimits limits = fovLimits(input, output);
+        EXPECT_EQ(limits.min, min) << input << ' ' << output;
+        EXPECT_EQ(limits.max, max) << input << ' ' << output;
     }
 }
 
 TEST(Choices, OpenGLEmbeddedOnlyWhereNothingNeedsTheDesktopKind)
 {
-    const struct
-    {
-        bool hmd, force;
-        const char *backend;
-        bool shared;
-        OpenGLFlavour expected;
-    } rows[] = {{false, false, "qt", false, OpenGLFlavour::Embedded},
-                {true, false, "qt", false, OpenGLFlavour::Desktop},
-                {false, true, "qt", false, OpenGLFlavour::Desktop},
-                {false, false, "vlc", false, OpenGLFlavour::Desktop},
-                {false, false, "ds", false, OpenGLFlavour::Desktop},
-                {false, false, "qt", true, OpenGLFlavour::Desktop}};
-    for (const auto &row : rows)
-        EXPECT_EQ(chooseOpenGLFlavour(row.hmd, row.force, row.backend, row.shared), row.expected);
+    const std::tuple<bool, bool, const char *, bool, OpenGLFlavour> rows[] = {
+        {false, false, "qt", false, OpenGLFlavour::Embedded},
+        {true, false, "qt", false, OpenGLFlavour::Desktop},
+        {false, true, "qt", false, OpenGLFlavour::Desktop},
+        {false, false, "vlc", false, OpenGLFlavour::Desktop},
+        {false, false, "ds", false, OpenGLFlavour::Desktop},
+        {false, false, "qt", true, OpenGLFlavour::Desktop}};
+    for (const auto &[hmd, force, backend, shared, expected] : rows)
+        EXPECT_EQ(chooseOpenGLFlavour(hmd, force, backend, shared), expected);
 }
 
 TEST(Choices, AnEmptyBackendInTheStoreIsNoChoice)
@@ -60,35 +52,25 @@ TEST(Choices, AnEmptyBackendInTheStoreIsNoChoice)
 TEST(Choices, StereoModeComesFromThePlaylistBeforeTheMetadata)
 {
     const auto metadata = [](int code) { return QVariantMap{{"Stereoscopy", code}}; };
-    const struct
-    {
-        QString text;
-        QVariantMap metadata;
-        std::optional<int> expected;
-    } rows[] = {{"", {}, K::STEREO_2D},
-                {"", metadata(0), K::STEREO_2D},
-                {"", metadata(1), K::STEREO_3D_SIDEBYSIDE},
-                {"", metadata(2), K::STEREO_3D_OVERUNDER},
-                {"", metadata(9), K::STEREO_2D},
-                {"None", metadata(2), K::STEREO_2D},
-                {"OverUnder", metadata(1), K::STEREO_3D_OVERUNDER},
-                {"SideBySide", {}, K::STEREO_3D_SIDEBYSIDE},
-                {"OverUnder_I", {}, K::STEREO_3D_OVERUNDER_INVERTED},
-                {"SideBySide_I", {}, K::STEREO_3D_SIDEBYSIDE_INVERTED},
-                {"sideways", metadata(1), std::nullopt}};
-    for (const auto &row : rows)
-        EXPECT_EQ(MediaChoice::stereoMode(row.text, row.metadata), row.expected)
-            << row.text.toStdString();
+    const std::tuple<QString, QVariantMap, std::optional<int>> rows[] = {
+        {"", {}, K::STEREO_2D},
+        {"", metadata(0), K::STEREO_2D},
+        {"", metadata(1), K::STEREO_3D_SIDEBYSIDE},
+        {"", metadata(2), K::STEREO_3D_OVERUNDER},
+        {"", metadata(9), K::STEREO_2D},
+        {"None", metadata(2), K::STEREO_2D},
+        {"OverUnder", metadata(1), K::STEREO_3D_OVERUNDER},
+        {"SideBySide", {}, K::STEREO_3D_SIDEBYSIDE},
+        {"OverUnder_I", {}, K::STEREO_3D_OVERUNDER_INVERTED},
+        {"SideBySide_I", {}, K::STEREO_3D_SIDEBYSIDE_INVERTED},
+        {"sideways", metadata(1), std::nullopt}};
+    for (const auto &[text, metadata, expected] : rows)
+        EXPECT_EQ(MediaChoice::stereoMode(text, metadata), expected) << text.toStdString();
 }
 
 TEST(Choices, ProjectionAndReportFollowTheMetadata)
 {
-    const struct
-    {
-        QVariantMap metadata;
-        int expected;
-        const char *report;
-    } rows[] = {
+    const std::tuple<QVariantMap, int, const char *> rows[] = {
         {{}, K::EQUIRECTANGULAR, "Media : u \n"},
         {{{"Projection", 0}}, K::STANDARD, "Media : u \nProjection : Standard \n"},
         {{{"Projection", 1}, {"Stereoscopy", 2}},
@@ -105,26 +87,23 @@ TEST(Choices, ProjectionAndReportFollowTheMetadata)
         {{{"Projection", 7}, {"Stereoscopy", 5}},
          K::EQUIRECTANGULAR,
          "Media : u \nProjection : Unknown \nStereoscopy : Unknown \n"}};
-    for (const auto &row : rows) {
-        EXPECT_EQ(MediaChoice::inputProjection(row.metadata), row.expected);
-        EXPECT_EQ(MediaChoice::report("u", row.metadata).toStdString(), row.report);
+    for (const auto &[metadata, expected, report] : rows) {
+        EXPECT_EQ(MediaChoice::inputProjection(metadata), expected);
+        EXPECT_EQ(MediaChoice::report("u", metadata).toStdString(), report);
     }
 }
 
 TEST(Choices, TextsBecomeUrls)
 {
-    const struct
-    {
-        const char *text, *url, *suffix;
-    } rows[] = {{"/a b/c.JPG", "file:///a b/c.JPG", "jpg"},
-                {"http://h/x.mp4?k=1", "http://h/x.mp4?k=1", "mp4?k=1"},
-                {"rtsp://h/a b c", "rtsp://h/a b c", ""},
-                {"udp://@:1234", "udp://@:1234", ""},
-                {"file:///d/e.tar.gz", "file:///d/e.tar.gz", "gz"},
-                {"ftp://h/x.mp4", "file:ftp://h/x.mp4", "mp4"}};
-    for (const auto &row : rows) {
-        const QUrl url = MediaChoice::urlFromText(row.text);
-        EXPECT_EQ(url.toString().toStdString(), row.url);
-        EXPECT_EQ(MediaChoice::suffix(url).toStdString(), row.suffix);
+    const char *const rows[][3] = {{"/a b/c.JPG", "file:///a b/c.JPG", "jpg"},
+                                   {"http://h/x.mp4?k=1", "http://h/x.mp4?k=1", "mp4?k=1"},
+                                   {"rtsp://h/a b c", "rtsp://h/a b c", ""},
+                                   {"udp://@:1234", "udp://@:1234", ""},
+                                   {"file:///d/e.tar.gz", "file:///d/e.tar.gz", "gz"},
+                                   {"ftp://h/x.mp4", "file:ftp://h/x.mp4", "mp4"}};
+    for (const auto &[text, expectedUrl, suffix] : rows) {
+        const QUrl url = MediaChoice::urlFromText(text);
+        EXPECT_EQ(url.toString().toStdString(), expectedUrl);
+        EXPECT_EQ(MediaChoice::suffix(url).toStdString(), suffix);
     }
 }

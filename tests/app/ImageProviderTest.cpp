@@ -41,23 +41,20 @@ TEST(ImageProvider, DecodesAtTheRequestedSizeAndReportsErrors)
         QString::fromLatin1(QUrl::toPercentEncoding(QUrl::fromLocalFile(path).toString()));
 
     KImageProvider provider;
-    const struct
-    {
-        QSize requested, expected;
-    } rows[] = {{QSize(), {64, 32}}, {{0, 0}, {64, 32}},  {{16, 16}, {16, 8}},
-                {{0, 8}, {16, 8}},   {{32, 0}, {32, 16}}, {{1000, 1000}, {64, 32}}};
-    for (const auto &row : rows) {
+    const QSize rows[][2] = {{QSize(), {64, 32}}, {{0, 0}, {64, 32}},  {{16, 16}, {16, 8}},
+                             {{0, 8}, {16, 8}},   {{32, 0}, {32, 16}}, {{1000, 1000}, {64, 32}}};
+    for (const auto &[requested, expected] : rows) {
         QString error;
-        const QImage image = answer(provider, id, row.requested, error);
-        EXPECT_EQ(image.size(), row.expected) << error.toStdString();
+        const QImage image = answer(provider, id, requested, error);
+        EXPECT_EQ(image.size(), expected) << error.toStdString();
         EXPECT_EQ(image.format(), QImage::Format_ARGB32_Premultiplied);
         EXPECT_EQ(image.pixelColor(1, 1), QColor(255, 128, 0));
     }
     // Whatever was decoded ahead: the answer is that of the file and of the size asked for.
-    for (const auto &row : rows) {
+    for (const auto &[requested, expected] : rows) {
         provider.expect(path);
         QString error;
-        EXPECT_EQ(answer(provider, id, row.requested, error).size(), row.expected);
+        EXPECT_EQ(answer(provider, id, requested, error).size(), expected);
     }
     provider.expect(path);
     ASSERT_TRUE(QFile::remove(path));
@@ -97,20 +94,16 @@ TEST(ImageProvider, TakesStillsOfAServerWithinTheSameLimits)
     };
 
     KImageProvider provider;
-    const struct
-    {
-        const char *path;
-        QSize expected;
-        const char *error;
-    } rows[] = {{"/a b.png", {16, 8}, ""},
-                {"/moved.png", {16, 8}, ""},
-                {"/absent.png", {0, 0}, "Not Found"},
-                {"/large.hdr", {0, 0}, "GFL_ERROR_NO_MEMORY"}};
-    for (const auto &row : rows) {
+    const std::tuple<const char *, QSize, const char *> rows[] = {
+        {"/a b.png", {16, 8}, ""},
+        {"/moved.png", {16, 8}, ""},
+        {"/absent.png", {0, 0}, "Not Found"},
+        {"/large.hdr", {0, 0}, "GFL_ERROR_NO_MEMORY"}};
+    for (const auto &[path, expected, expectedError] : rows) {
         QString error;
-        EXPECT_EQ(answer(provider, id(row.path), {16, 16}, error).size(), row.expected) << row.path;
-        EXPECT_TRUE(error.contains(row.error) && error.isEmpty() != row.expected.isEmpty())
-            << row.path << ": " << error.toStdString();
+        EXPECT_EQ(answer(provider, id(path), {16, 16}, error).size(), expected) << path;
+        EXPECT_TRUE(error.contains(expectedError) && error.isEmpty() != expected.isEmpty())
+            << path << ": " << error.toStdString();
     }
     const std::unique_ptr<QQuickImageResponse> response(
         provider.requestImageResponse(id("/silent.png"), {}));

@@ -17,30 +17,26 @@ QByteArray file(const char *points)
 
 TEST(KeyPoints, WhatIsNoPathGivesNone)
 {
-    const struct
-    {
-        QByteArray json;
-        int points;
-    } rows[] = {{"", 0},
-                {"no json", 0},
-                {"{\"points\":[{}]}", 0},
-                {"[]", 0},
-                {"[{}]", 0},
-                {"[{\"points\":7}]", 0},
-                {"[[]]", 0},
-                {file("1,\"x\",null,[]"), 0},
-                {file("{}"), 1},
-                {file("{},{}"), 1},
-                {file("{\"ts\":-1}"), 1},
-                {file("{\"ts\":-1e300}"), 0},
-                {file("{\"ts\":1e300}"), 0},
-                {file("{\"ts\":\"later\"},{\"ts\":2}"), 2},
-                {file("{\"yaw\":1e999}"), 0},
-                {file("{\"ts\":1,\"yaw\":1e300}"), 0},
-                {QByteArray(100000, '['), 0}};
-    for (const auto &row : rows) {
-        const auto points = KeyPoints::parse(row.json);
-        EXPECT_EQ(points.size(), row.points) << row.json.left(60).toStdString();
+    const std::tuple<QByteArray, int> rows[] = {{"", 0},
+                                                {"no json", 0},
+                                                {"{\"points\":[{}]}", 0},
+                                                {"[]", 0},
+                                                {"[{}]", 0},
+                                                {"[{\"points\":7}]", 0},
+                                                {"[[]]", 0},
+                                                {file("1,\"x\",null,[]"), 0},
+                                                {file("{}"), 1},
+                                                {file("{},{}"), 1},
+                                                {file("{\"ts\":-1}"), 1},
+                                                {file("{\"ts\":-1e300}"), 0},
+                                                {file("{\"ts\":1e300}"), 0},
+                                                {file("{\"ts\":\"later\"},{\"ts\":2}"), 2},
+                                                {file("{\"yaw\":1e999}"), 0},
+                                                {file("{\"ts\":1,\"yaw\":1e300}"), 0},
+                                                {QByteArray(100000, '['), 0}};
+    for (const auto &[json, count] : rows) {
+        const auto points = KeyPoints::parse(json);
+        EXPECT_EQ(points.size(), count) << json.left(60).toStdString();
         for (const KeyPoint &point : points)
             EXPECT_NEAR(point.rotation.lengthSquared(), 1, 1e-5);
     }
@@ -68,18 +64,15 @@ TEST(KeyPoints, PosesLieOnTheArcAndHoldAtTheEnds)
     const auto points =
         KeyPoints::parse(file("{\"ts\":1,\"yaw\":0,\"fov\":40},{\"ts\":2,\"yaw\":60,\"fov\":80},"
                               "{\"ts\":2147483,\"yaw\":60,\"fov\":80}"));
-    const struct
-    {
-        int time;
-        float yaw, fov;
-    } rows[] = {{-5, 0, 40},    {0, 0, 40},     {1000, 0, 40},       {1500, 30, 60},
-                {1750, 45, 70}, {2000, 60, 80}, {2147483647, 60, 80}};
-    for (const auto &row : rows) {
-        const KeyPointPose pose = KeyPoints::poseAt(points, row.time);
+    const std::tuple<int, float, float> rows[] = {
+        {-5, 0, 40},    {0, 0, 40},     {1000, 0, 40},       {1500, 30, 60},
+        {1750, 45, 70}, {2000, 60, 80}, {2147483647, 60, 80}};
+    for (const auto &[time, yaw, fov] : rows) {
+        const KeyPointPose pose = KeyPoints::poseAt(points, time);
         const CameraAngles angles =
             CameraMath::anglesFromMatrix(CameraMath::matrixFromQuaternion(pose.rotation));
-        EXPECT_NEAR(angles.yaw * 180 / CameraMath::kPi, row.yaw, 1e-3) << row.time;
-        EXPECT_NEAR(pose.fov, row.fov, 1e-3) << row.time;
+        EXPECT_NEAR(angles.yaw * 180 / CameraMath::kPi, yaw, 1e-3) << time;
+        EXPECT_NEAR(pose.fov, fov, 1e-3) << time;
     }
 }
 

@@ -109,38 +109,28 @@ TEST_F(PlayList, StepsFollowTheLoopMode)
     EXPECT_EQ(list->playListIndex(), 2);
     QSignalSpy end(list, &KGlobalObject::endOfPlaylistReached);
 
-    const struct
-    {
-        int loopMode;
-        bool force;
-        int from, to, ends;
-        QStringList calls;
-    } rows[] = {{KGlobalObject::NoLoop, false, 0, 1, 0, {"open b.jpg"}},
-                {KGlobalObject::NoLoop, false, 2, 2, 1, {}},
-                {KGlobalObject::NoLoop, true, 2, 0, 0, {"open a.jpg"}},
-                {KGlobalObject::LoopList, false, 2, 0, 0, {"open a.jpg"}},
-                {KGlobalObject::LoopMedium, false, 1, 1, 0, {"open b.jpg"}},
-                {KGlobalObject::LoopMedium, true, 1, 2, 0, {"open c.jpg"}}};
-    for (const auto &row : rows) {
-        application->settings()->set("instance/general/loopMode", row.loopMode);
-        list->setPlayListIndex(row.from);
+    const std::tuple<int, bool, int, int, int, QStringList> rows[] = {
+        {KGlobalObject::NoLoop, false, 0, 1, 0, {"open b.jpg"}},
+        {KGlobalObject::NoLoop, false, 2, 2, 1, {}},
+        {KGlobalObject::NoLoop, true, 2, 0, 0, {"open a.jpg"}},
+        {KGlobalObject::LoopList, false, 2, 0, 0, {"open a.jpg"}},
+        {KGlobalObject::LoopMedium, false, 1, 1, 0, {"open b.jpg"}},
+        {KGlobalObject::LoopMedium, true, 1, 2, 0, {"open c.jpg"}}};
+    for (const auto &[loopMode, force, from, to, ends, calls] : rows) {
+        application->settings()->set("instance/general/loopMode", loopMode);
+        list->setPlayListIndex(from);
         taken();
         end.clear();
-        list->playListSetNext(row.force);
-        EXPECT_EQ(list->playListIndex(), row.to);
-        EXPECT_EQ(end.count(), row.ends);
-        EXPECT_EQ(taken(), row.calls);
+        list->playListSetNext(force);
+        EXPECT_EQ(list->playListIndex(), to);
+        EXPECT_EQ(end.count(), ends);
+        EXPECT_EQ(taken(), calls);
     }
 }
 
 TEST_F(PlayList, PlaylistFilesGiveMediaOrAnError)
 {
-    const struct
-    {
-        QByteArray json;
-        QStringList calls;
-        int entries;
-    } rows[] = {
+    const std::tuple<QByteArray, QStringList, int> rows[] = {
         {"nonsense", {"open  !Error : cannot parse json"}, 0},
         {"{}", {"open  !Error : json is not an array"}, 0},
         {"[]", {"open  !Error : json is empty"}, 0},
@@ -154,10 +144,10 @@ TEST_F(PlayList, PlaylistFilesGiveMediaOrAnError)
          "{\"media\":\"/abs/b.jpg\"}]",
          {"open a.jpg"},
          2}};
-    for (const auto &row : rows) {
-        list->openFile(write("list.orpl", row.json));
-        EXPECT_EQ(taken(), row.calls);
-        EXPECT_EQ(list->getPlayList().size(), row.entries) << row.json.toStdString();
+    for (const auto &[json, calls, entries] : rows) {
+        list->openFile(write("list.orpl", json));
+        EXPECT_EQ(taken(), calls);
+        EXPECT_EQ(list->getPlayList().size(), entries) << json.toStdString();
     }
     const QUrl first = QUrl::fromLocalFile(folder.filePath("a.jpg"));
     const QUrl second = QUrl::fromLocalFile("/abs/b.jpg");
@@ -228,19 +218,14 @@ TEST_F(PlayList, DirectoriesGiveTheirFilesNewestFirstUpToALimit)
 
 TEST_F(PlayList, MediaAreRecognisedByTheirSuffix)
 {
-    const struct
-    {
-        const char *url;
-        bool image;
-        int video;
-    } rows[] = {
+    const std::tuple<const char *, bool, int> rows[] = {
         {"file:///a.JPG", true, 0},       {"file:///a.png", true, 0},  {"file:///a.mp4", false, 1},
         {"file:///a.MKV", false, 1},      {"file:///a.yuv", false, 2}, {"file:///mp4", false, 0},
         {"http://host/s.m3u8", false, 1}, {"file:///a.b/c", false, 0}, {"", false, 0}};
-    for (const auto &row : rows) {
-        const QUrl url(row.url);
-        EXPECT_EQ(list->isImageFile(url), row.image) << row.url;
-        EXPECT_EQ(list->isVideoFile(url), row.video) << row.url;
+    for (const auto &[text, image, video] : rows) {
+        const QUrl url(text);
+        EXPECT_EQ(list->isImageFile(url), image) << text;
+        EXPECT_EQ(list->isVideoFile(url), video) << text;
     }
     EXPECT_EQ(list->getSupportedVideoFormats().size(), 25);
     EXPECT_EQ(list->checkFilePath(QUrl("qrc:/a.jpg")), QUrl("file:/a.jpg"));
@@ -295,14 +280,8 @@ TEST_F(PlayList, AFilmIsSeenAsItTellsWhereTheSettingsAreAutomatic)
     const Bytes overUnder = fullAtom("st3d", u8(1));
     const Bytes plain = film(""), cube = film(overUnder + sphere(fullAtom("cbmp", zeros(8))));
     const Bytes equi = film(overUnder + sphere(fullAtom("equi", zeros(16))));
-    const struct
-    {
-        const char *name;
-        Bytes bytes;
-        const char *listed; // the playlist's stereo mode; null: opened alone
-        int projection, stereo;
-        float yaw, fov; // degrees
-    } rows[] = {
+    // The playlist names the stereo mode; null: opened alone. Angles in degrees.
+    const std::tuple<const char *, Bytes, const char *, int, int, float, float> rows[] = {
         {"cube.mp4", cube, nullptr, K::CUBEMAP, K::STEREO_3D_OVERUNDER, 90, 90},
         {"plain.mov", plain, nullptr, K::STANDARD, K::STEREO_2D, 0, 180},
         {"listed.mp4", equi, "SideBySide", K::EQUIRECTANGULAR, K::STEREO_3D_SIDEBYSIDE, 90, 90},
@@ -315,22 +294,22 @@ TEST_F(PlayList, AFilmIsSeenAsItTellsWhereTheSettingsAreAutomatic)
     application->setShaderBuilder(std::make_unique<K>(application));
     loader.reader = list;
     testing::internal::CaptureStderr(); // the parser's own words about the damaged ones
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const bool chosen = row.projection == K::FISHEYE_CIRCLE;
+    for (const auto &[name, bytes, listed, projection, stereo, yaw, fov] : rows) {
+        SCOPED_TRACE(name);
+        const bool chosen = projection == K::FISHEYE_CIRCLE;
         KSettings *settings = application->settings();
-        settings->set("instance/input/projection", chosen ? row.projection : int(K::AUTO));
-        settings->set("instance/input/stereoscopy", chosen ? row.stereo : int(K::STEREO_AUTO));
-        QString opened = write(row.name, QByteArray::fromStdString(row.bytes));
-        if (row.listed) {
+        settings->set("instance/input/projection", chosen ? projection : int(K::AUTO));
+        settings->set("instance/input/stereoscopy", chosen ? stereo : int(K::STEREO_AUTO));
+        QString opened = write(name, QByteArray::fromStdString(bytes));
+        if (listed) {
             const auto json = QStringLiteral(R"([{"media":"%1","stereo":"%2"},{"media":"x.mp4"}])");
-            opened = write("list.orpl", json.arg(row.name, row.listed).toUtf8());
+            opened = write("list.orpl", json.arg(name, listed).toUtf8());
         }
         list->openFile(opened);
-        EXPECT_EQ(application->shaderBuilder()->projectionSource(), row.projection);
-        EXPECT_EQ(application->shaderBuilder()->stereoMode(), row.stereo);
-        EXPECT_NEAR(list->yaw(), row.yaw * 3.14159265F / 180, 1e-4);
-        EXPECT_EQ(list->fov(), row.fov);
+        EXPECT_EQ(application->shaderBuilder()->projectionSource(), projection);
+        EXPECT_EQ(application->shaderBuilder()->stereoMode(), stereo);
+        EXPECT_NEAR(list->yaw(), yaw * 3.14159265F / 180, 1e-4);
+        EXPECT_EQ(list->fov(), fov);
     }
     testing::internal::GetCapturedStderr();
     application->setShaderBuilder(nullptr);

@@ -380,22 +380,18 @@ TEST_F(Program, AnswersQuestionsWithoutADisplayAndRefusesUnknownOptions)
 {
     QProcessEnvironment environment = desktop.environment(home.path());
     environment.remove("DISPLAY");
-    const struct
-    {
-        const char *argument;
-        int status;
-        const char *text;
-    } rows[] = {{"--help", 0, "Udp mode, can be master or slave."},
-                {"--version", 0, "Orbilens Player 2.3.1.400"},
-                {"--nonsense", 2, "nonsense"}};
+    const std::tuple<const char *, int, const char *> rows[] = {
+        {"--help", 0, "Udp mode, can be master or slave."},
+        {"--version", 0, "Orbilens Player 2.3.1.400"},
+        {"--nonsense", 2, "nonsense"}};
     player.setProcessChannelMode(QProcess::MergedChannels);
-    for (const auto &row : rows) {
-        if (row.status != 0)
+    for (const auto &[argument, status, text] : rows) {
+        if (status != 0)
             environment = desktop.environment(home.path());
         player.setProcessEnvironment(environment);
-        player.start(QStringLiteral(ORBILENS_PLAYER), {row.argument});
+        player.start(QStringLiteral(ORBILENS_PLAYER), {argument});
         ASSERT_TRUE(player.waitForFinished(kPatienceMs));
-        EXPECT_EQ(player.exitCode(), row.status);
-        EXPECT_TRUE(player.readAll().contains(row.text)) << row.argument;
+        EXPECT_EQ(player.exitCode(), status);
+        EXPECT_TRUE(player.readAll().contains(text)) << argument;
     }
 }

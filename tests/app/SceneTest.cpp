@@ -215,21 +215,18 @@ TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
 
 TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
 {
-    const struct
-    {
-        bool touch;
-        QList<QPoint> path;
-        float yaw, pitch; // in pixels
-    } rows[] = {{true, {{306, 306}, {294, 294}}, 0, 0},
-                {true, {{310, 300}}, -10, 0},
-                {true, {{310, 300}, {350, 320}}, -50, -20},
-                {false, {{300, 330}, {280, 320}}, -20, 20}};
-    for (const auto &row : rows) {
-        settings->set("application/general/touchMode", row.touch);
+    // Yaw and pitch in pixels.
+    const std::tuple<bool, QList<QPoint>, float, float> rows[] = {
+        {true, {{306, 306}, {294, 294}}, 0, 0},
+        {true, {{310, 300}}, -10, 0},
+        {true, {{310, 300}, {350, 320}}, -50, -20},
+        {false, {{300, 330}, {280, 320}}, -20, 20}};
+    for (const auto &[touch, path, yaw, pitch] : rows) {
+        settings->set("application/general/touchMode", touch);
         camera->resetYawPitchRollFov();
-        drag({300, 300}, row.path);
-        EXPECT_NEAR(camera->yaw(), row.yaw * kMoveSpeed, 1e-5);
-        EXPECT_NEAR(camera->pitch(), row.pitch * kMoveSpeed, 1e-5);
+        drag({300, 300}, path);
+        EXPECT_NEAR(camera->yaw(), yaw * kMoveSpeed, 1e-5);
+        EXPECT_NEAR(camera->pitch(), pitch * kMoveSpeed, 1e-5);
     }
 
     // With inertia the view glides ten times as far, and pressing stops it.
@@ -253,20 +250,16 @@ TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
 
 TEST_F(Scene, WheelAndPinchChangeTheFieldOfView)
 {
-    const struct
-    {
-        QPoint pixels, angle;
-        float change;
-    } rows[] = {{{0, 3}, {0, 120}, -2},
-                {{0, -3}, {0, -120}, 2},
-                {{}, {0, 120}, -5},
-                {{}, {0, -120}, 5},
-                {{}, {120, 0}, 0}};
+    const std::tuple<QPoint, QPoint, float> rows[] = {{{0, 3}, {0, 120}, -2},
+                                                      {{0, -3}, {0, -120}, 2},
+                                                      {{}, {0, 120}, -5},
+                                                      {{}, {0, -120}, 5},
+                                                      {{}, {120, 0}, 0}};
     camera->setFov(150);
-    for (const auto &row : rows) {
+    for (const auto &[pixels, angle, change] : rows) {
         const float before = camera->fov();
-        wheel(row.pixels, row.angle);
-        EXPECT_NEAR(camera->fov(), before + row.change, 1e-4);
+        wheel(pixels, angle);
+        EXPECT_NEAR(camera->fov(), before + change, 1e-4);
     }
 
     static QTouchDevice *device = QTest::createTouchDevice();
@@ -308,12 +301,8 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
     ASSERT_TRUE(QDir(folder.path()).mkpath("texts"));
     write("texts/a.txt");
     write("texts/b.txt");
-    const struct
-    {
-        QString path;
-        const char *text;
-        int index; // in the list; -1 without one
-    } rows[] = {
+    // The index in the list, -1 without one.
+    const std::tuple<QString, const char *, int> rows[] = {
         {write("notes.txt"), "The file format is not supported.", -1},
         {write("raw.YUV"),
          "Raw video format is only supported with custom VLC arguments.<br />See <a href=\"\">"
@@ -324,17 +313,17 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
         {write("list.orpl", "[{\"media\":\"list.orpl\"}]"), "The file format is not supported.",
          -1},
         {write("bad.orpl"), "Error : cannot parse json", -1}};
-    for (const auto &row : rows) {
+    for (const auto &[path, text, index] : rows) {
         open(kSample);
-        camera->openFile(row.path);
+        camera->openFile(path);
         EXPECT_TRUE(QTest::qWaitFor(
             [] { return qApp->modalWindow() && qApp->modalWindow()->isExposed(); }, 5000))
-            << row.path.toStdString();
+            << path.toStdString();
         auto *dialog = view->rootObject()->findChild<QObject *>("messageDialog");
         ASSERT_NE(dialog, nullptr);
-        EXPECT_EQ(dialog->property("text").toString().toStdString(), row.text);
+        EXPECT_EQ(dialog->property("text").toString().toStdString(), text);
         EXPECT_EQ(camera->mediaPlayer()->property("mediaSource").toUrl(), QUrl());
-        EXPECT_EQ(camera->playListIndex(), row.index);
+        EXPECT_EQ(camera->playListIndex(), index);
         QMetaObject::invokeMethod(dialog, "close");
         EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() == 0; }, 5000));
     }

@@ -71,18 +71,15 @@ void expectNear(const QMatrix4x4 &a, const QMatrix4x4 &b)
 
 TEST(CameraMath, AnglesWrapIntoOneTurn)
 {
-    const struct
-    {
-        float in, out;
-    } rows[] = {{0, 0},
-                {kPi, -kPi},
-                {-kPi, -kPi},
-                {4, 4 - 2 * kPi},
-                {-4, 2 * kPi - 4},
-                {kNaN, 0},
-                {std::numeric_limits<float>::infinity(), 0}};
-    for (const auto &row : rows)
-        EXPECT_NEAR(CameraMath::wrapAngle(row.in), row.out, 1e-5) << row.in;
+    const float rows[][2] = {{0, 0},
+                             {kPi, -kPi},
+                             {-kPi, -kPi},
+                             {4, 4 - 2 * kPi},
+                             {-4, 2 * kPi - 4},
+                             {kNaN, 0},
+                             {std::numeric_limits<float>::infinity(), 0}};
+    for (const auto &[in, out] : rows)
+        EXPECT_NEAR(CameraMath::wrapAngle(in), out, 1e-5) << in;
     for (const float value : {1e7F, -3e20F, 3.1415925F, -3.1415925F, 9.42477F}) {
         EXPECT_GE(CameraMath::wrapAngle(value), -kPi) << value;
         EXPECT_LE(CameraMath::wrapAngle(value), kPi) << value;
@@ -168,16 +165,11 @@ TEST_F(ViewState, MatrixSetsAnglesWithoutBuildingItselfAnew)
 
 TEST_F(ViewState, FieldOfViewObeysLimitsAndProjection)
 {
-    const struct
-    {
-        float value;
-        bool reset;
-        float expected;
-    } rows[] = {
+    const std::tuple<float, bool, float> rows[] = {
         {100, false, 100}, {500, true, 90}, {500, false, 300}, {3, false, 80}, {3, true, 90}};
-    for (const auto &row : rows) {
-        state->setFov(row.value, row.reset);
-        EXPECT_EQ(state->fov(), row.expected) << row.value;
+    for (const auto &[value, reset, expected] : rows) {
+        state->setFov(value, reset);
+        EXPECT_EQ(state->fov(), expected) << value;
     }
 
     KSettings *settings = application->settings();
@@ -268,20 +260,16 @@ TEST_F(ViewState, CameraPathBesideAFilmMovesTheView)
 TEST_F(ViewState, DisplayAndTouchFollowTheSettingsOfThisRun)
 {
     KSettings *settings = application->settings();
-    const struct
-    {
-        const char *display;
-        bool split, tv3d;
-        int output;
-    } rows[] = {{"3d", true, true, KGlobalObject::Display3D},
-                {"split", true, false, KGlobalObject::SplitDisplay},
-                {"nonsense", true, false, KGlobalObject::SplitDisplay},
-                {"standard", false, false, KGlobalObject::StandardDisplay}};
-    for (const auto &row : rows) {
-        settings->set("instance/output/display", row.display);
-        EXPECT_EQ(state->splitView(), row.split) << row.display;
-        EXPECT_EQ(state->tv3dView(), row.tv3d) << row.display;
-        EXPECT_EQ(state->outputDisplay(), row.output) << row.display;
+    const std::tuple<const char *, bool, bool, int> rows[] = {
+        {"3d", true, true, KGlobalObject::Display3D},
+        {"split", true, false, KGlobalObject::SplitDisplay},
+        {"nonsense", true, false, KGlobalObject::SplitDisplay},
+        {"standard", false, false, KGlobalObject::StandardDisplay}};
+    for (const auto &[display, split, tv3d, output] : rows) {
+        settings->set("instance/output/display", display);
+        EXPECT_EQ(state->splitView(), split) << display;
+        EXPECT_EQ(state->tv3dView(), tv3d) << display;
+        EXPECT_EQ(state->outputDisplay(), output) << display;
     }
     QSignalSpy touchSpy(state, &KGlobalObject::touchModeChanged);
     settings->toggle("instance/general/touchMode");
@@ -300,18 +288,14 @@ TEST_F(ViewState, AFolderIsWritableWhereItOrWhatItWillStandInIs)
     const QTemporaryDir folder;
     QFile file(folder.filePath("file"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    const struct
-    {
-        QUrl url;
-        bool writable;
-    } rows[] = {{QUrl::fromLocalFile(folder.path()), true},
-                {QUrl::fromLocalFile(folder.filePath("new/deeper")), true},
-                {QUrl::fromLocalFile(file.fileName()), false},
-                {QUrl::fromLocalFile(file.fileName() + "/below"), false},
-                {QUrl("http://host/folder"), false},
-                {QUrl(), false},
-                {QUrl("file:"), false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(state->isWritableFolder(row.url), row.writable)
-            << row.url.toString().toStdString();
+    const std::tuple<QUrl, bool> rows[] = {
+        {QUrl::fromLocalFile(folder.path()), true},
+        {QUrl::fromLocalFile(folder.filePath("new/deeper")), true},
+        {QUrl::fromLocalFile(file.fileName()), false},
+        {QUrl::fromLocalFile(file.fileName() + "/below"), false},
+        {QUrl("http://host/folder"), false},
+        {QUrl(), false},
+        {QUrl("file:"), false}};
+    for (const auto &[url, writable] : rows)
+        EXPECT_EQ(state->isWritableFolder(url), writable) << url.toString().toStdString();
 }

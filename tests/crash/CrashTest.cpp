@@ -100,15 +100,8 @@ QString walk(const QString &dump)
 
 TEST(Crash, LeavesADumpThatNamesTheFaultAndStartsTheReporter)
 {
-    const struct
-    {
-        const char *fault;
-        int signal;
-        const char *reason;
-        bool onMain;
-        const char *function; // on the crashed thread
-        QStringList arguments;
-    } rows[] = {
+    // The function on the crashed thread.
+    const std::tuple<const char *, int, const char *, bool, const char *, QStringList> rows[] = {
         {"null", SIGUSR1, "SIGSEGV", true, "orbilens_test_crasher", {}},
         {"null", SIGUSR2, "SIGSEGV", false, "orbilens_test_crasher", {}},
         {"abort", SIGUSR1, "SIGABRT", true, "libc", {}},
@@ -116,14 +109,13 @@ TEST(Crash, LeavesADumpThatNamesTheFaultAndStartsTheReporter)
         // Not at a signal but when the thread that polls for frames gets there.
         {"overflow of its own", 0, "SIGSEGV", false, "orbilens_test_crasher", {"--adobeplugin"}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(std::string(row.fault) + (row.onMain ? " on main" : " on a worker"));
-        Player player(row.fault, row.arguments);
+    for (const auto &[fault, signal, reason, onMain, function, arguments] : rows) {
+        SCOPED_TRACE(std::string(fault) + (onMain ? " on main" : " on a worker"));
+        Player player(fault, arguments);
         ASSERT_TRUE(player.isUp()) << player.output.constData();
         const pid_t pid = pid_t(player.process.processId());
         // The worker waits for its signal as any thread of the process may take it.
-        ASSERT_EQ(row.onMain ? syscall(SYS_tgkill, pid, pid, row.signal) : kill(pid, row.signal),
-                  0);
+        ASSERT_EQ(onMain ? syscall(SYS_tgkill, pid, pid, signal) : kill(pid, signal), 0);
         ASSERT_TRUE(player.process.waitForFinished(kPatience));
         EXPECT_EQ(player.process.exitStatus(), QProcess::CrashExit);
 
@@ -134,14 +126,13 @@ TEST(Crash, LeavesADumpThatNamesTheFaultAndStartsTheReporter)
             QStringList({player.folder.path(), player.dumps(), "Orbilens Player", "", "2.3.1.400",
                          "C", player.dumps(), QString(dumps[0]).chopped(4), "", "0", ""}));
         const QString report = walk(player.dumps() + '/' + dumps[0]);
-        EXPECT_TRUE(report.contains(QLatin1String("Crash reason:  ") + row.reason))
+        EXPECT_TRUE(report.contains(QLatin1String("Crash reason:  ") + reason))
             << report.left(600).toStdString();
         const auto crashed =
             QRegularExpression("Thread (\\d+) \\(crashed\\)[^\\n]*\\n 0  ([^ ]+)").match(report);
         ASSERT_TRUE(crashed.hasMatch());
-        EXPECT_EQ(crashed.captured(1) == "0", row.onMain);
-        EXPECT_TRUE(crashed.captured(2).contains(row.function))
-            << crashed.captured(2).toStdString();
+        EXPECT_EQ(crashed.captured(1) == "0", onMain);
+        EXPECT_TRUE(crashed.captured(2).contains(function)) << crashed.captured(2).toStdString();
     }
 }
 

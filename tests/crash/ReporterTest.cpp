@@ -30,29 +30,24 @@ TEST(Reporter, TellsWhatHappenedByWords)
     const QTemporaryDir folder;
     QFile dump(folder.filePath("id.dmp"));
     ASSERT_TRUE(dump.open(QIODevice::WriteOnly));
-    const struct
-    {
-        const char *id;
-        bool manual;
-        QString path;
-        const char *words;
-    } rows[] = {{"id", false, dump.fileName(), "Nothing has been sent"},
-                {"gone", false, folder.path(), "could not be written"},
-                {"", true, folder.path(), "Nothing has crashed"}};
-    for (const auto &row : rows) {
+    const std::tuple<const char *, bool, QString, const char *> rows[] = {
+        {"id", false, dump.fileName(), "Nothing has been sent"},
+        {"gone", false, folder.path(), "could not be written"},
+        {"", true, folder.path(), "Nothing has crashed"}};
+    for (const auto &[id, manual, path, words] : rows) {
         KCrashReportProcess process(
             {folder.path(), "<b>Player</b>", "2.3.1.400", "fr_FR", "more", ""});
-        process.setManualMode(row.manual);
-        const QStringList arguments = process.arguments(row.manual ? "" : folder.path(), row.id);
+        process.setManualMode(manual);
+        const QStringList arguments = process.arguments(manual ? "" : folder.path(), id);
         const auto report = CrashReport::fromArguments(arguments);
         ASSERT_TRUE(report);
         EXPECT_FALSE(CrashReport::fromArguments(arguments.mid(1)));
         ReporterWindow window(*report);
         const QString texts = textsOf(window);
-        EXPECT_TRUE(texts.contains(row.words)) << texts.toStdString();
+        EXPECT_TRUE(texts.contains(words)) << texts.toStdString();
         EXPECT_TRUE(texts.contains("<b>Player</b>") && texts.contains("2.3.1.400") &&
                     texts.contains("more"));
-        EXPECT_EQ(window.findChild<QLineEdit *>()->text(), row.path);
+        EXPECT_EQ(window.findChild<QLineEdit *>()->text(), path);
     }
 }
 

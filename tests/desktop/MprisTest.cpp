@@ -137,24 +137,20 @@ private slots:
 
 TEST_F(Mpris, SaysWhatItIs)
 {
-    const struct
-    {
-        const QString &interface;
-        const char *property;
-        QVariant value;
-    } rows[] = {{kRoot, "Identity", "Orbilens Player"},
-                {kRoot, "DesktopEntry", "orbilens-player"},
-                {kRoot, "CanQuit", true},
-                {kRoot, "CanRaise", true},
-                {kRoot, "HasTrackList", false},
-                {kPlayer, "PlaybackStatus", "Stopped"},
-                {kPlayer, "CanControl", true},
-                {kPlayer, "CanPlay", false},
-                {kPlayer, "CanSeek", false},
-                {kPlayer, "Rate", 1.0},
-                {kPlayer, "Position", qlonglong(0)}};
-    for (const auto &row : rows)
-        EXPECT_EQ(get(row.interface, row.property), row.value) << row.property;
+    const std::tuple<QString, const char *, QVariant> rows[] = {
+        {kRoot, "Identity", "Orbilens Player"},
+        {kRoot, "DesktopEntry", "orbilens-player"},
+        {kRoot, "CanQuit", true},
+        {kRoot, "CanRaise", true},
+        {kRoot, "HasTrackList", false},
+        {kPlayer, "PlaybackStatus", "Stopped"},
+        {kPlayer, "CanControl", true},
+        {kPlayer, "CanPlay", false},
+        {kPlayer, "CanSeek", false},
+        {kPlayer, "Rate", 1.0},
+        {kPlayer, "Position", qlonglong(0)}};
+    for (const auto &[interface, property, value] : rows)
+        EXPECT_EQ(get(interface, property), value) << property;
     EXPECT_EQ(metadata().keys(), QStringList("mpris:trackid"));
     EXPECT_TRUE(get(kRoot, "SupportedMimeTypes").toStringList().contains("video/mp4"));
 }
@@ -200,12 +196,7 @@ TEST_F(Mpris, HandsOnWhatIsAskedWithinWhatIsPossible)
     const QDBusObjectPath track("/com/orvex/orbilens_player/track/3");
     const QDBusObjectPath other("/com/orvex/orbilens_player/track/2");
     const auto object = [](const QDBusObjectPath &path) { return QVariant::fromValue(path); };
-    const struct
-    {
-        const char *method;
-        QVariantList arguments;
-        QStringList asked;
-    } rows[] = {
+    const std::tuple<const char *, QVariantList, QStringList> rows[] = {
         {"PlayPause", {}, {"pause"}},
         {"Pause", {}, {"pause"}},
         {"Play", {}, {}},
@@ -224,10 +215,10 @@ TEST_F(Mpris, HandsOnWhatIsAskedWithinWhatIsPossible)
         {"OpenUri", {"/etc/passwd"}, {}},
         {"Stop", {}, {"stop"}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[method, arguments, asked] : rows) {
         controls.asked.clear();
-        EXPECT_TRUE(call(kPlayer, row.method, row.arguments)) << row.method;
-        EXPECT_EQ(controls.asked, row.asked) << row.method;
+        EXPECT_TRUE(call(kPlayer, method, arguments)) << method;
+        EXPECT_EQ(controls.asked, asked) << method;
     }
 
     controls.asked.clear();

@@ -6,29 +6,23 @@
 
 TEST(PlaybackClock, TellsAJumpFromPlayingOn)
 {
-    const struct
-    {
-        const char *name;
-        qint64 position; // after one at 10000, reported at 500
-        qint64 now;
-        qint64 pausedUntil; // 0: plays from the beginning
-        bool playing;
-        bool jumped;
-    } rows[] = {{"plays on", 10300, 800, 0, true, false},
-                {"a late report of playing on", 15000, 5500, 0, true, false},
-                {"a stall of half a second", 10000, 1000, 0, true, false},
-                {"forwards", 12000, 800, 0, true, true},
-                {"to the start again", 0, 800, 0, true, true},
-                {"still while paused", 10000, 60500, 600, false, false},
-                {"plays on after a pause", 10300, 60800, 60500, true, false},
-                {"moved while paused", 8000, 800, 600, false, true}};
-    for (const auto &row : rows) {
+    // Behind a position of 10000, reported at 500; paused until 0: plays from the beginning.
+    const std::tuple<const char *, qint64, qint64, qint64, bool, bool> rows[] = {
+        {"plays on", 10300, 800, 0, true, false},
+        {"a late report of playing on", 15000, 5500, 0, true, false},
+        {"a stall of half a second", 10000, 1000, 0, true, false},
+        {"forwards", 12000, 800, 0, true, true},
+        {"to the start again", 0, 800, 0, true, true},
+        {"still while paused", 10000, 60500, 600, false, false},
+        {"plays on after a pause", 10300, 60800, 60500, true, false},
+        {"moved while paused", 8000, 800, 600, false, true}};
+    for (const auto &[name, position, now, pausedUntil, playing, jumped] : rows) {
         PlaybackClock clock;
-        clock.setPlaying(row.pausedUntil == 0, 0);
+        clock.setPlaying(pausedUntil == 0, 0);
         EXPECT_FALSE(clock.moveTo(10000, 500)) << "nothing to jump from";
-        clock.setPlaying(row.playing, row.pausedUntil);
-        EXPECT_EQ(clock.moveTo(row.position, row.now), row.jumped) << row.name;
-        EXPECT_EQ(clock.position(), row.position) << row.name;
+        clock.setPlaying(playing, pausedUntil);
+        EXPECT_EQ(clock.moveTo(position, now), jumped) << name;
+        EXPECT_EQ(clock.position(), position) << name;
     }
 }
 

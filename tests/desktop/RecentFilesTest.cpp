@@ -87,24 +87,19 @@ TEST(RecentFilesList, LeavesAloneWhatItDoesNotUnderstand)
 
 TEST(RecentFilesList, FollowsTheDesktopsWish)
 {
-    const struct
-    {
-        const char *file;
-        const char *key;
-        const char *value;
-        bool allowed;
-    } rows[] = {{"gtk-3.0/settings.ini", "Settings/gtk-recent-files-enabled", "0", false},
-                {"gtk-4.0/settings.ini", "Settings/gtk-recent-files-enabled", "false", false},
-                {"kdeglobals", "RecentDocuments/UseRecent", "false", false},
-                {"kdeglobals", "RecentDocuments/UseRecent", "true", true},
-                {"kdeglobals", "Other/UseRecent", "false", true}};
-    for (const auto &row : rows) {
+    const std::tuple<const char *, const char *, const char *, bool> rows[] = {
+        {"gtk-3.0/settings.ini", "Settings/gtk-recent-files-enabled", "0", false},
+        {"gtk-4.0/settings.ini", "Settings/gtk-recent-files-enabled", "false", false},
+        {"kdeglobals", "RecentDocuments/UseRecent", "false", false},
+        {"kdeglobals", "RecentDocuments/UseRecent", "true", true},
+        {"kdeglobals", "Other/UseRecent", "false", true}};
+    for (const auto &[file, key, value, allowed] : rows) {
         QTemporaryDir folder;
-        QDir(folder.path()).mkpath(QFileInfo(row.file).path());
-        QSettings settings(folder.filePath(row.file), QSettings::IniFormat);
-        settings.setValue(row.key, row.value);
+        QDir(folder.path()).mkpath(QFileInfo(file).path());
+        QSettings settings(folder.filePath(file), QSettings::IniFormat);
+        settings.setValue(key, value);
         settings.sync();
-        EXPECT_EQ(recentFilesAllowed(folder.path()), row.allowed) << row.file << row.value;
+        EXPECT_EQ(recentFilesAllowed(folder.path()), allowed) << file << value;
     }
 }
 

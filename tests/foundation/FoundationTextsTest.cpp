@@ -11,11 +11,7 @@ TEST(Texts, Durations)
 {
     // Exactly one of a unit still counts in the smaller one; decimals are cut, but not those of ns.
     // clang-format off
-    const struct
-    {
-        qint64 ticks, frequency;
-        const char *expected;
-    } rows[] = {
+    const std::tuple<qint64, qint64, const char *> rows[] = {
         {1500, 1000, "1.5 s"}, {500, 1000, "500 ms"}, {90, 1, "1 min:30 s"},
         {3700, 1, "1 h:1 min:40 s"}, {363541, 1, "100 h:59 min:1 s"},
         {36001, 10, "1 h:0 min:0.1 s"}, {1, 1, "1000 ms"}, {60, 1, "60 s"},
@@ -24,8 +20,8 @@ TEST(Texts, Durations)
         {19999, 10000000000, "1.999 us"}, {3, 40000000000, "0.075 ns"}, {0, 1, "0 ns"},
         {5, 0, "0 ns"}};
     // clang-format on
-    for (const auto &row : rows)
-        EXPECT_EQ(KSimpleChronometer::ToText(row.ticks, row.frequency).toStdString(), row.expected);
+    for (const auto &[ticks, frequency, expected] : rows)
+        EXPECT_EQ(KSimpleChronometer::ToText(ticks, frequency).toStdString(), expected);
 
     const double inUnits[] = {5400, 1.5, 90, 5400, 5.4e6, 5.4e9, 5.4e12, 5400};
     for (int unit = -1; unit < 7; ++unit)

@@ -9,11 +9,7 @@ using KBinaryJson::Values;
 
 TEST(BinaryJson, ReadsWhatQtWritesAndNoMore)
 {
-    const struct
-    {
-        QByteArray json;
-        bool plain, nested;
-    } rows[] = {
+    const std::tuple<QByteArray, bool, bool> rows[] = {
         {R"({"a":null,"b":true,"c":false,"d":-5,"e":67108863,"f":1e9,"g":0.5})", true, true},
         {"{\"k\u0101y\":\"\u0101\u20ac\",\"plain\":\"\u00e9\",\"\":\"\"}", true, true},
         {"{}", false, false}, // Qt writes no bytes at all
@@ -23,12 +19,12 @@ TEST(BinaryJson, ReadsWhatQtWritesAndNoMore)
         {"{\"a\":" + QByteArray(33, '[') + QByteArray(33, ']') + "}", false, false},
         {"[1]", false, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.json.constData());
-        const QJsonDocument document = QJsonDocument::fromJson(row.json);
+    for (const auto &[json, plain, nested] : rows) {
+        SCOPED_TRACE(json.constData());
+        const QJsonDocument document = QJsonDocument::fromJson(json);
         const QByteArray bytes = document.toBinaryData();
         for (const auto &[values, taken] :
-             {std::pair(Values::Plain, row.plain), std::pair(Values::Nested, row.nested)}) {
+             {std::pair(Values::Plain, plain), std::pair(Values::Nested, nested)}) {
             const auto object = KBinaryJson::fromBytes(bytes, values);
             ASSERT_EQ(object.has_value(), taken);
             EXPECT_EQ(object.value_or(document.object()), document.object());

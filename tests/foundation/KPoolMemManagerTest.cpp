@@ -15,14 +15,11 @@
 
 TEST(PoolMemManager, BlockSizesFollowTheBudgetAndTheThreads)
 {
-    const struct
-    {
-        int memoryMo, threads, blocMo;
-    } rows[] = {{1024, 4, 4}, {8, 1, 1}, {1024, 32, 2}, {1200, 1, 8},
-                {1199, 1, 4}, {7, 1, 1}, {0, 1, 1}};
-    for (const auto &row : rows)
-        EXPECT_EQ(KPoolMemManager::BlocMoFor(row.memoryMo, row.threads), row.blocMo)
-            << row.memoryMo << " " << row.threads;
+    const int rows[][3] = {{1024, 4, 4}, {8, 1, 1}, {1024, 32, 2}, {1200, 1, 8},
+                           {1199, 1, 4}, {7, 1, 1}, {0, 1, 1}};
+    for (const auto &[memoryMo, threads, blocMo] : rows)
+        EXPECT_EQ(KPoolMemManager::BlocMoFor(memoryMo, threads), blocMo)
+            << memoryMo << " " << threads;
 }
 
 TEST(PoolMemManager, AllocatesAnewAndHandsOutEachBlockOnce)

@@ -26,17 +26,14 @@ TEST(CpuTopology, CountsFromASysfsTree)
 {
     const QTemporaryDir root;
     // Two packages of two cores; the first core has two threads, the last processor is off.
-    const struct
-    {
-        const char *package, *core, *online;
-    } processors[] = {{"0", "0", "1"}, {"0", "0", "1"}, {"0", "4", "1"},
-                      {"1", "0", "1"}, {"1", "4", "1"}, {"1", "8", "0"}};
+    const char *const processors[][3] = {{"0", "0", "1"}, {"0", "0", "1"}, {"0", "4", "1"},
+                                         {"1", "0", "1"}, {"1", "4", "1"}, {"1", "8", "0"}};
     int index = 0;
-    for (const auto &processor : processors) {
+    for (const auto &[package, core, online] : processors) {
         const QString folder = root.filePath(QString("cpu%1").arg(index++));
-        put(folder + "/topology/physical_package_id", processor.package);
-        put(folder + "/topology/core_id", processor.core);
-        put(folder + "/online", processor.online);
+        put(folder + "/topology/physical_package_id", package);
+        put(folder + "/topology/core_id", core);
+        put(folder + "/online", online);
     }
     put(root.filePath("cpu0/cache/index0/level"), "1");
     put(root.filePath("cpu0/cache/index0/type"), "Data");
@@ -70,14 +67,11 @@ TEST(CpuTopology, CountsFallBackToTheRuntimeThenToOne)
     CpuTopology::Counts odd;
     odd.cores = 8;
     odd.logical = 4;
-    const struct
-    {
-        CpuTopology::Counts counts;
-        int fallback, cores, logical;
-    } rows[] = {{good, 2, 4, 8}, {{}, 6, 6, 6}, {{}, 0, 1, 1}, {odd, 3, 3, 4}};
-    for (const auto &row : rows) {
-        EXPECT_EQ(CpuTopology::coreCount(row.counts, row.fallback), row.cores);
-        EXPECT_EQ(CpuTopology::logicalCount(row.counts, row.fallback), row.logical);
+    const std::tuple<CpuTopology::Counts, int, int, int> rows[] = {
+        {good, 2, 4, 8}, {{}, 6, 6, 6}, {{}, 0, 1, 1}, {odd, 3, 3, 4}};
+    for (const auto &[counts, fallback, cores, logical] : rows) {
+        EXPECT_EQ(CpuTopology::coreCount(counts, fallback), cores);
+        EXPECT_EQ(CpuTopology::logicalCount(counts, fallback), logical);
     }
 }
 
@@ -92,15 +86,12 @@ TEST(CpuTopology, ApicIdsMasksAndCaches)
     EXPECT_EQ(counts.logical, 16);
     EXPECT_EQ(CpuTopology::placeOf(0xFFFFFFFF, {32, 32}).package, 0U);
 
-    const struct
-    {
-        quint32 logical, cores;
-        int thread, both;
-    } widths[] = {{8, 4, 1, 3}, {6, 3, 1, 3}, {1, 1, 0, 0}, {0, 0, 0, 0}, {2, 4, 0, 2}};
-    for (const auto &row : widths) {
-        const CpuTopology::ApicWidths found = CpuTopology::legacyWidths(row.logical, row.cores);
-        EXPECT_EQ(found.thread, row.thread) << row.logical;
-        EXPECT_EQ(found.threadAndCore, row.both) << row.logical;
+    const std::tuple<quint32, quint32, int, int> widths[] = {
+        {8, 4, 1, 3}, {6, 3, 1, 3}, {1, 1, 0, 0}, {0, 0, 0, 0}, {2, 4, 0, 2}};
+    for (const auto &[logical, cores, thread, both] : widths) {
+        const CpuTopology::ApicWidths found = CpuTopology::legacyWidths(logical, cores);
+        EXPECT_EQ(found.thread, thread) << logical;
+        EXPECT_EQ(found.threadAndCore, both) << logical;
     }
 
     ASSERT_TRUE(CpuTopology::maskBit(65, 2, 64));
@@ -126,11 +117,7 @@ TEST(SystemInfo, NamesOfSystemsAndProcessors)
         "Some CPU");
     EXPECT_EQ(SystemInfo::cpuNameFromProc("nothing"), "");
 
-    const struct
-    {
-        SystemInfo::WindowsVersion version;
-        const char *expected;
-    } rows[] = {
+    const std::tuple<SystemInfo::WindowsVersion, const char *> rows[] = {
         {{6, 0, false, 0, false, "6.0"}, "Microsoft Windows Vista | 6.0"},
         {{6, 0, true, 2, false, ""}, "Microsoft Windows Server 2008 SP2 | "},
         {{6, 1, false, 1, true, "6.1.7601"}, "Microsoft Windows 7 64-bit SP1 | 6.1.7601"},
@@ -139,8 +126,8 @@ TEST(SystemInfo, NamesOfSystemsAndProcessors)
         {{5, 0, true, 0, false, ""}, "Microsoft Windows 2000 | "},
         {{10, 0, false, 0, false, ""}, "Microsoft Windows  noname | "},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(SystemInfo::windowsOsName(row.version).toStdString(), row.expected);
+    for (const auto &[version, expected] : rows)
+        EXPECT_EQ(SystemInfo::windowsOsName(version).toStdString(), expected);
 
     EXPECT_EQ(SystemInfo::productVersionPath(0x0409, 1200),
               "\\StringFileInfo\\040904B0\\ProductVersion");

@@ -28,29 +28,24 @@ TEST(Gaze, MeetsThePanelWhereItIsDrawn)
     const auto at = [slope](double right, double down) {
         return QPoint(int(2000 + slope * right), int(1000 + slope * down));
     };
-    const struct
-    {
-        float openedAt;
-        CameraAngles head; // degrees; yaw to the right, pitch down
-        QPoint pixel;
-        bool inside;
-    } rows[] = {{0, {0, 0, 0}, at(0, 0), true},
-                {90, {90, 0, 30}, at(0, 0), true}, // ahead of the yaw at opening, whatever the roll
-                {-170, {170, 0, 0}, at(-std::tan(20 * kDegree), 0), true},
-                {0, {45, 0, 0}, at(1, 0), true},
-                {0, {-45, 0, 0}, at(-1, 0), true},
-                {0, {0, 30, 0}, at(0, std::tan(30 * kDegree)), true},
-                {0, {60, -20, 0}, at(std::tan(60 * kDegree), -2 * std::tan(20 * kDegree)), true},
-                {0, {73, 0, 0}, at(std::tan(73 * kDegree), 0), false},
-                {0, {0, 58, 0}, at(0, std::tan(58 * kDegree)), false},
-                {0, {170, 0, 0}, {6000, 1000}, false}, // behind: as at 81 degrees
-                {0, {0, -90, 0}, {6000, 1000}, false}};
-    for (const auto &row : rows) {
-        const QPoint pixel = pixelOf(row.openedAt, row.head);
-        EXPECT_NEAR(pixel.x(), row.pixel.x(), 1) << row.head.yaw << ' ' << row.head.pitch;
-        EXPECT_NEAR(pixel.y(), row.pixel.y(), 1) << row.head.yaw << ' ' << row.head.pitch;
-        EXPECT_EQ(GazeMapping::isInside(pixel, kPanel), row.inside)
-            << row.head.yaw << ' ' << row.head.pitch;
+    // The head in degrees; yaw to the right, pitch down.
+    const std::tuple<float, CameraAngles, QPoint, bool> rows[] = {
+        {0, {0, 0, 0}, at(0, 0), true},
+        {90, {90, 0, 30}, at(0, 0), true}, // ahead of the yaw at opening, whatever the roll
+        {-170, {170, 0, 0}, at(-std::tan(20 * kDegree), 0), true},
+        {0, {45, 0, 0}, at(1, 0), true},
+        {0, {-45, 0, 0}, at(-1, 0), true},
+        {0, {0, 30, 0}, at(0, std::tan(30 * kDegree)), true},
+        {0, {60, -20, 0}, at(std::tan(60 * kDegree), -2 * std::tan(20 * kDegree)), true},
+        {0, {73, 0, 0}, at(std::tan(73 * kDegree), 0), false},
+        {0, {0, 58, 0}, at(0, std::tan(58 * kDegree)), false},
+        {0, {170, 0, 0}, {6000, 1000}, false}, // behind: as at 81 degrees
+        {0, {0, -90, 0}, {6000, 1000}, false}};
+    for (const auto &[openedAt, head, expected, inside] : rows) {
+        const QPoint pixel = pixelOf(openedAt, head);
+        EXPECT_NEAR(pixel.x(), expected.x(), 1) << head.yaw << ' ' << head.pitch;
+        EXPECT_NEAR(pixel.y(), expected.y(), 1) << head.yaw << ' ' << head.pitch;
+        EXPECT_EQ(GazeMapping::isInside(pixel, kPanel), inside) << head.yaw << ' ' << head.pitch;
     }
 
     QMatrix4x4 broken;

@@ -22,20 +22,16 @@ using CameraMath::kPi;
 
 TEST(HeadMotion, VelocityTakesTheShorterWayRound)
 {
-    const struct
-    {
-        CameraAngles from, to;
-        float seconds;
-        std::array<float, 3> velocity;
-    } rows[] = {{{0, 0, 0}, {0.2F, -0.1F, 0.3F}, 0.5F, {0.4F, -0.2F, 0.6F}},
-                {{3.1F, 0, -3.1F}, {-3.1F, 0, 3.1F}, 0.1F, {0.83185F, 0, -0.83185F}},
-                {{0, 0, 0}, {kPi, 0, 0}, 1, {kPi, 0, 0}},
-                {{0, 0, 0}, {1, 1, 1}, 0, {0, 0, 0}},
-                {{0, 0, 0}, {1, 1, 1}, -1, {0, 0, 0}}};
-    for (const auto &row : rows) {
-        const auto velocity = HeadMotion::angularVelocity(row.from, row.to, row.seconds);
+    const std::tuple<CameraAngles, CameraAngles, float, std::array<float, 3>> rows[] = {
+        {{0, 0, 0}, {0.2F, -0.1F, 0.3F}, 0.5F, {0.4F, -0.2F, 0.6F}},
+        {{3.1F, 0, -3.1F}, {-3.1F, 0, 3.1F}, 0.1F, {0.83185F, 0, -0.83185F}},
+        {{0, 0, 0}, {kPi, 0, 0}, 1, {kPi, 0, 0}},
+        {{0, 0, 0}, {1, 1, 1}, 0, {0, 0, 0}},
+        {{0, 0, 0}, {1, 1, 1}, -1, {0, 0, 0}}};
+    for (const auto &[from, to, seconds, expected] : rows) {
+        const auto velocity = HeadMotion::angularVelocity(from, to, seconds);
         for (std::size_t i = 0; i < 3; ++i)
-            EXPECT_NEAR(velocity[i], row.velocity[i], 1e-4) << i;
+            EXPECT_NEAR(velocity[i], expected[i], 1e-4) << i;
     }
 }
 

@@ -299,22 +299,18 @@ TEST_F(Interface, ControllersActOnTheMediumWhileThePanelIsClosed)
 {
     FakeLoader fake;
     camera->setMediaLoader(&fake);
-    const struct
-    {
-        int code;
-        const char *call;
-    } rows[] = {{1, "playPause"},
-                {3, "seekJump -1000"},
-                {4, "seekJump 1000"},
-                {5, "seekJumpUp"},
-                {6, "seekJumpDown"},
-                {2, "pause"},
-                {2, "play"},
-                {0, ""},
-                {7, ""}};
-    for (const auto &row : rows) {
-        manager->buildEvents(row.code);
-        EXPECT_EQ(fake.calls.join(' '), row.call) << row.code;
+    const std::tuple<int, const char *> rows[] = {{1, "playPause"},
+                                                  {3, "seekJump -1000"},
+                                                  {4, "seekJump 1000"},
+                                                  {5, "seekJumpUp"},
+                                                  {6, "seekJumpDown"},
+                                                  {2, "pause"},
+                                                  {2, "play"},
+                                                  {0, ""},
+                                                  {7, ""}};
+    for (const auto &[code, call] : rows) {
+        manager->buildEvents(code);
+        EXPECT_EQ(fake.calls.join(' '), call) << code;
         fake.calls.clear();
     }
     // Without any medium a nod means nothing.

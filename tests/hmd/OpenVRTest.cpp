@@ -112,11 +112,7 @@ TEST_F(OpenVR, EachFailureIsToldAndLeavesNoDevice)
     const QString noTarget = failed + "Cannot make a framebuffer for each eye.\n";
     const QString ended = "OpenVR SDK initialization successful.\n" + kVersion;
     const QString silent = ended + "The OpenVR headset does not answer any more.\n";
-    const struct
-    {
-        const char *atStart, *later;
-        QString text;
-    } cases[] = {
+    const std::tuple<const char *, const char *, QString> cases[] = {
         {"installed 0", "", noRuntime.arg(110)},
         {"initError 108", "", noRuntime.arg(108)},
         {"valid 0", "", noRuntime.arg(105)},
@@ -128,18 +124,18 @@ TEST_F(OpenVR, EachFailureIsToldAndLeavesNoDevice)
         {"", "connected 0;wait 1", silent},
         {"", "quit 1", ended + "The OpenVR runtime has ended.\n"},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.text.toStdString());
-        script.set(c.atStart);
-        KHmd *hmd = *c.later ? startTracking() : start();
+    for (const auto &[atStart, later, text] : cases) {
+        SCOPED_TRACE(text.toStdString());
+        script.set(atStart);
+        KHmd *hmd = *later ? startTracking() : start();
         QSignalSpy finished(hmd, &KHmd::workerThreadFinished);
-        script.set(c.later);
+        script.set(later);
         EXPECT_TRUE(test::within([&] { return finished.count() == 1; }));
-        EXPECT_EQ(hmd->logMessage(), kVersion + c.text);
+        EXPECT_EQ(hmd->logMessage(), kVersion + text);
         expectOff(hmd);
         expectCleanEnd();
-        script.unset(c.atStart);
-        script.unset(c.later);
+        script.unset(atStart);
+        script.unset(later);
     }
     EXPECT_EQ(script.count("acknowledged"), 1);
     setting("application/advanced/forceopengl", false);

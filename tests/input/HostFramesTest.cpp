@@ -81,31 +81,27 @@ protected:
 
 TEST_F(HostFrames, AreShownByArgumentOrSettingAndStayWhenTheHostDies)
 {
-    const struct
-    {
-        QStringList arguments;
-        QVariantMap settings;
-        bool blockFirst, rowsFromBelow;
-    } rows[] = {{{"--adobeplugin"}, {}, true, true},
-                {{}, {{"application/advanced/sharedmemory", true}}, false, false}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.blockFirst);
+    const std::tuple<QStringList, QVariantMap, bool, bool> rows[] = {
+        {{"--adobeplugin"}, {}, true, true},
+        {{}, {{"application/advanced/sharedmemory", true}}, false, false}};
+    for (const auto &[arguments, settings, blockFirst, rowsFromBelow] : rows) {
+        SCOPED_TRACE(blockFirst);
         test::ProbedPlayer player;
-        if (row.blockFirst)
+        if (blockFirst)
             writer.create(1, 1 << 20);
-        ASSERT_TRUE(player.start(desktop.environment(player.home()), row.arguments, row.settings));
+        ASSERT_TRUE(player.start(desktop.environment(player.home()), arguments, settings));
         EXPECT_EQ(quartersOnScreen(player), "0000");
-        if (!row.blockFirst)
+        if (!blockFirst)
             writer.create(1, 1 << 20);
         const std::pair<int, bool> frames[] = {{0, false}, {1, true}, {0, true}};
         for (const auto &[kind, upsideDown] : frames) {
             writer.frame(0, ++timestamp, kWidth, kHeight, kind, quarters(kind, upsideDown));
-            EXPECT_TRUE(screenShows(player, upsideDown == row.rowsFromBelow ? "rgbw" : "bwrg"))
+            EXPECT_TRUE(screenShows(player, upsideDown == rowsFromBelow ? "rgbw" : "bwrg"))
                 << kind << quartersOnScreen(player).constData();
         }
         writer.leave();
         QThread::msleep(500);
-        EXPECT_EQ(quartersOnScreen(player), row.rowsFromBelow ? "rgbw" : "bwrg");
+        EXPECT_EQ(quartersOnScreen(player), rowsFromBelow ? "rgbw" : "bwrg");
         writer.unlink();
         EXPECT_EQ(player.quit(), 0);
         EXPECT_EQ(test::complaints(player.errors()), "");

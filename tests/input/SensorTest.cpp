@@ -59,13 +59,7 @@ public:
 TEST(Sensor, TheSearchEndsWithItsWords)
 {
     const std::string closing = "Sensor initialization failed.\n";
-    const struct
-    {
-        Service::Step failing;
-        std::vector<bool> sensors;
-        std::string text;
-        int chosen;
-    } rows[] = {
+    const std::tuple<Service::Step, std::vector<bool>, std::string, int> rows[] = {
         {Service::Manager, {true}, "Error : cannot initialize sensor manager.\n" + closing, -1},
         {Service::Collection,
          {true},
@@ -78,40 +72,35 @@ TEST(Sensor, TheSearchEndsWithItsWords)
         {Service::Connection, {true}, "Error : cannot connect to sensor.\n", 0},
         {Service::Nothing, {true}, "Sensor initialization succeeded.\n", 0},
         {Service::Nothing, {false, true, true}, "Sensor initialization succeeded.\n", 1}};
-    for (const auto &row : rows) {
+    for (const auto &[failing, sensors, text, chosen] : rows) {
         Service service;
-        service.failing = row.failing;
-        service.sensors = row.sensors;
+        service.failing = failing;
+        service.sensors = sensors;
         const SensorStart start = startSensor(service);
-        EXPECT_EQ(start.logMessage.toStdString(), row.text);
-        EXPECT_EQ(start.available, row.text.find("succeeded") != std::string::npos);
-        EXPECT_EQ(service.chosen, row.chosen);
+        EXPECT_EQ(start.logMessage.toStdString(), text);
+        EXPECT_EQ(start.available, text.find("succeeded") != std::string::npos);
+        EXPECT_EQ(service.chosen, chosen);
     }
 }
 
 TEST(Sensor, OnlyVectorsOfNineFloatsAreReports)
 {
     SensorMatrix numbers = kIdentity;
-    const struct
-    {
-        quint16 type;
-        std::size_t count;
-        float last;
-        bool taken;
-    } rows[] = {{0x1011, 36, 1, true},
-                {0x1011, 64, 1, true},
-                {0x1011, 35, 1, false},
-                {0x1011, 0, 1, false},
-                {0x0011, 36, 1, false},
-                {0x1004, 36, 1, false},
-                {0x1011, 36, std::numeric_limits<float>::quiet_NaN(), false},
-                {0x1011, 36, std::numeric_limits<float>::infinity(), false}};
-    for (const auto &row : rows) {
-        numbers[8] = row.last;
+    const std::tuple<quint16, std::size_t, float, bool> rows[] = {
+        {0x1011, 36, 1, true},
+        {0x1011, 64, 1, true},
+        {0x1011, 35, 1, false},
+        {0x1011, 0, 1, false},
+        {0x0011, 36, 1, false},
+        {0x1004, 36, 1, false},
+        {0x1011, 36, std::numeric_limits<float>::quiet_NaN(), false},
+        {0x1011, 36, std::numeric_limits<float>::infinity(), false}};
+    for (const auto &[type, count, last, taken] : rows) {
+        numbers[8] = last;
         std::array<char, 64> bytes{};
         std::copy_n(reinterpret_cast<const char *>(numbers.data()), 36, bytes.begin());
-        EXPECT_EQ(sensorMatrixFromReport(row.type, bytes.data(), row.count).has_value(), row.taken)
-            << row.type << " " << row.count;
+        EXPECT_EQ(sensorMatrixFromReport(type, bytes.data(), count).has_value(), taken)
+            << type << " " << count;
     }
     EXPECT_FALSE(sensorMatrixFromReport(0x1011, nullptr, 36));
 }

@@ -49,32 +49,27 @@ protected:
 
 TEST(SharedFrames, AGreetingDecidesByTheVersion)
 {
-    const struct
-    {
-        std::size_t bytes;
-        const char *version;
-        BlockGreeting greeting;
-        bool introduced, rejected;
-    } rows[] = {{512, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
-                {512, "AVRT_Shared_Memory1.3", BlockGreeting::Rejected, true, true},
-                {512, "AVRT_Shared_Memory1.4x", BlockGreeting::Rejected, true, true},
-                {512, "AVRT_Shared_Memory1.", BlockGreeting::Rejected, true, true},
-                {512, "", BlockGreeting::NotFilled, true, false},
-                {0x94, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
-                {0x93, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false}};
-    for (const auto &row : rows) {
+    const std::tuple<std::size_t, const char *, BlockGreeting, bool, bool> rows[] = {
+        {512, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
+        {512, "AVRT_Shared_Memory1.3", BlockGreeting::Rejected, true, true},
+        {512, "AVRT_Shared_Memory1.4x", BlockGreeting::Rejected, true, true},
+        {512, "AVRT_Shared_Memory1.", BlockGreeting::Rejected, true, true},
+        {512, "", BlockGreeting::NotFilled, true, false},
+        {0x94, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
+        {0x93, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false}};
+    for (const auto &[bytes, version, greeting, introduced, rejected] : rows) {
         MemoryBlock block(512);
-        block.setHeader(row.version, 1);
-        block.bytes.resize(row.bytes);
+        block.setHeader(version, 1);
+        block.bytes.resize(bytes);
         SharedFaults faults;
         SharedFrameReader reader(&faults);
-        EXPECT_EQ(reader.greet(block, kHandle), row.greeting) << row.version;
-        EXPECT_EQ(block.get<quint32>(SharedLayout::kReaderHandle) == kHandle, row.introduced);
-        EXPECT_EQ(reader.isKnownTo(block), row.introduced);
+        EXPECT_EQ(reader.greet(block, kHandle), greeting) << version;
+        EXPECT_EQ(block.get<quint32>(SharedLayout::kReaderHandle) == kHandle, introduced);
+        EXPECT_EQ(reader.isKnownTo(block), introduced);
         block.bytes.resize(512);
-        EXPECT_EQ(block.get<quint32>(SharedLayout::kRejected), row.rejected ? 1U : 0U);
-        EXPECT_EQ(faults.count(SharedFault::WrongVersion), row.rejected ? 1 : 0);
-        EXPECT_EQ(faults.count(SharedFault::BlockTooSmall), row.introduced ? 0 : 1);
+        EXPECT_EQ(block.get<quint32>(SharedLayout::kRejected), rejected ? 1U : 0U);
+        EXPECT_EQ(faults.count(SharedFault::WrongVersion), rejected ? 1 : 0);
+        EXPECT_EQ(faults.count(SharedFault::BlockTooSmall), introduced ? 0 : 1);
     }
     MemoryBlock nothing(0);
     SharedFaults faults;
@@ -83,17 +78,14 @@ TEST(SharedFrames, AGreetingDecidesByTheVersion)
 
 TEST_F(Reader, PollsHalfAFrameTime)
 {
-    const struct
-    {
-        quint16 top, bottom;
-        int interval;
-    } rows[] = {{25, 1, 20},  {30, 1, 16},   {30000, 1001, 16}, {60, 1, 8},
-                {1000, 1, 1}, {65535, 1, 1}, {1, 1, 500},       {1, 65535, 1000},
-                {0, 1, 10},   {25, 0, 10},   {0, 0, 10},        {60000, 1001, 8}};
-    for (const auto &row : rows) {
-        block.set(MemoryBlock::slot(0) + SharedLayout::kRateNumerator, row.top);
-        block.set(MemoryBlock::slot(0) + SharedLayout::kRateDenominator, row.bottom);
-        EXPECT_EQ(reader.pollInterval(block), row.interval) << row.top << "/" << row.bottom;
+    const std::tuple<quint16, quint16, int> rows[] = {
+        {25, 1, 20},  {30, 1, 16},   {30000, 1001, 16}, {60, 1, 8},
+        {1000, 1, 1}, {65535, 1, 1}, {1, 1, 500},       {1, 65535, 1000},
+        {0, 1, 10},   {25, 0, 10},   {0, 0, 10},        {60000, 1001, 8}};
+    for (const auto &[top, bottom, interval] : rows) {
+        block.set(MemoryBlock::slot(0) + SharedLayout::kRateNumerator, top);
+        block.set(MemoryBlock::slot(0) + SharedLayout::kRateDenominator, bottom);
+        EXPECT_EQ(reader.pollInterval(block), interval) << top << "/" << bottom;
     }
 }
 
@@ -191,27 +183,22 @@ TEST_F(Reader, WhatDoesNotFitIsCountedAndGivenBack)
 
 TEST_F(Reader, SlotsOutsideTheBlockAreLeftOut)
 {
-    const struct
-    {
-        quint16 slotCount;
-        std::size_t bytes;
-        qint64 taken;
-        int faults;
-    } rows[] = {{4, kBytes, 9, 0},
-                {0, kBytes, -1, 1},
-                {65535, kBytes, 9, 1},
-                {4, std::size_t(SharedLayout::kSlots) + 2 * 56, -1, 2}, // the pixels are gone
-                {4, SharedLayout::kSlots + 55, -1, 1},
-                {4, 0x20, -1, 1}};
-    for (const auto &row : rows) {
+    const std::tuple<quint16, std::size_t, qint64, int> rows[] = {
+        {4, kBytes, 9, 0},
+        {0, kBytes, -1, 1},
+        {65535, kBytes, 9, 1},
+        {4, std::size_t(SharedLayout::kSlots) + 2 * 56, -1, 2}, // the pixels are gone
+        {4, SharedLayout::kSlots + 55, -1, 1},
+        {4, 0x20, -1, 1}};
+    for (const auto &[slotCount, bytes, taken, newFaults] : rows) {
         block.bytes.assign(kBytes, 0);
-        block.setHeader(SharedLayout::kVersion, row.slotCount);
+        block.setHeader(SharedLayout::kVersion, slotCount);
         ASSERT_EQ(reader.greet(block, kHandle), BlockGreeting::Accepted);
         block.setFrame(0, 9, kPixels);
-        block.bytes.resize(row.bytes);
+        block.bytes.resize(bytes);
         const int before = faults.total();
-        EXPECT_EQ(take(), row.taken) << row.slotCount << " in " << row.bytes;
-        EXPECT_EQ(faults.total(), before + row.faults);
+        EXPECT_EQ(take(), taken) << slotCount << " in " << bytes;
+        EXPECT_EQ(faults.total(), before + newFaults);
         block.bytes.resize(kBytes);
     }
 }

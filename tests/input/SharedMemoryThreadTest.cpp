@@ -120,18 +120,15 @@ TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
     thread.start(); // long before there is a block
     EXPECT_EQ(published.textureId(), 0);
     writer.create(3, kSize);
-    const struct
-    {
-        int width, height, kind;
-    } rows[] = {{64, 32, 0}, {64, 32, 0},   {64, 32, 1},   {128, 16, 1}, {33, 17, 0},
-                {64, 32, 1}, {322, 181, 0}, {322, 182, 1}, {16, 16, 5}};
+    const int rows[][3] = {{64, 32, 0}, {64, 32, 0},   {64, 32, 1},   {128, 16, 1}, {33, 17, 0},
+                           {64, 32, 1}, {322, 181, 0}, {322, 182, 1}, {16, 16, 5}};
     int timestamp = 0;
-    for (const auto &row : rows) {
+    for (const auto &[width, height, kind] : rows) {
         const int slot = timestamp % 3;
         ++timestamp;
-        writer.frame(slot, timestamp, row.width, row.height, row.kind, timestamp);
-        EXPECT_TRUE(comesToShow(row.width, row.height, row.kind, timestamp))
-            << row.width << "x" << row.height << " kind " << row.kind;
+        writer.frame(slot, timestamp, width, height, kind, timestamp);
+        EXPECT_TRUE(comesToShow(width, height, kind, timestamp))
+            << width << "x" << height << " kind " << kind;
         EXPECT_TRUE(eventually([&] { return !writer.isReady(slot); }));
     }
     stop();

@@ -72,17 +72,14 @@ TEST_F(ThemeBookTest, endsAChainThatLeadsNowhereOrInACircle)
     write("c.thm", R"({"title": "Right", "extends": "Left", "global": {"radius": 3}})");
     write("d.thm", R"({"title": "Orphan", "extends": "Nobody", "global": {"radius": 4}})");
     m_book.readFolder(folder());
-    const struct
-    {
-        const char *title;
-        qreal radius;
-    } cases[] = {{"Self", 1}, {"Left", 2}, {"Right", 3}, {"Orphan", 4}};
-    for (const auto &c : cases) {
-        const auto theme = m_book.merged(QLatin1String(c.title));
-        ASSERT_TRUE(theme) << c.title;
-        EXPECT_EQ(theme->valuesFor({}).radius, c.radius) << c.title;
+    const std::tuple<const char *, qreal> cases[] = {
+        {"Self", 1}, {"Left", 2}, {"Right", 3}, {"Orphan", 4}};
+    for (const auto &[title, radius] : cases) {
+        const auto theme = m_book.merged(QLatin1String(title));
+        ASSERT_TRUE(theme) << title;
+        EXPECT_EQ(theme->valuesFor({}).radius, radius) << title;
         EXPECT_EQ(color(*theme, ColorRole::Selection), color(MergedTheme(), ColorRole::Selection))
-            << c.title << ": what no theme of the chain gives is built in";
+            << title << ": what no theme of the chain gives is built in";
     }
     EXPECT_FALSE(m_book.merged(QStringLiteral("Nobody")));
     EXPECT_FALSE(m_book.merged({}));

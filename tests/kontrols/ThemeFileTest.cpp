@@ -19,23 +19,20 @@ std::optional<ThemeFile> parse(const QByteArray &text)
 TEST(ThemeFile, refusesWhatIsNoThemeAndSaysWhy)
 {
     const QByteArray deep = "{\"title\":" + QByteArray(5000, '[') + QByteArray(5000, ']') + "}";
-    const struct
-    {
-        QByteArray text;
-        const char *reason;
-    } cases[] = {{"", "illegal value"},
-                 {"not json", "illegal value"},
-                 {"[]", "not a JSON object"},
-                 {"{\"title\": \"A\",", "unterminated"},
-                 {deep, "too deeply nested"},
-                 {"{}", "no title"},
-                 {"{\"title\": \"\"}", "no title"},
-                 {"{\"title\": 7}", "no title"},
-                 {QByteArray((1 << 20) + 1, ' '), "larger than"}};
-    for (const auto &c : cases) {
+    const std::tuple<QByteArray, const char *> cases[] = {
+        {"", "illegal value"},
+        {"not json", "illegal value"},
+        {"[]", "not a JSON object"},
+        {"{\"title\": \"A\",", "unterminated"},
+        {deep, "too deeply nested"},
+        {"{}", "no title"},
+        {"{\"title\": \"\"}", "no title"},
+        {"{\"title\": 7}", "no title"},
+        {QByteArray((1 << 20) + 1, ' '), "larger than"}};
+    for (const auto &[text, reason] : cases) {
         QString error;
-        EXPECT_FALSE(parseThemeFile(c.text, &error)) << c.text.left(40).toStdString();
-        EXPECT_TRUE(error.contains(QLatin1String(c.reason))) << error.toStdString();
+        EXPECT_FALSE(parseThemeFile(text, &error)) << text.left(40).toStdString();
+        EXPECT_TRUE(error.contains(QLatin1String(reason))) << error.toStdString();
     }
 }
 

@@ -66,9 +66,10 @@ protected:
     static bool rests(ProbedPlayer &player) { return comesTo(player, "playbackState", 2); }
     static void look(ProbedPlayer &player, const std::array<double, 4> &numbers)
     {
-        const char *const names[] = {"yaw ", "pitch ", "roll ", "fov "};
+        const char *const names[] = {"yaw", "pitch", "roll", "fov"};
         for (std::size_t i = 0; i < numbers.size(); ++i)
-            player.ask(QByteArray("set view ") + names[i] + QByteArray::number(numbers[i]));
+            player.ask(QByteArray("kGlobalObject.") + names[i] + " = " +
+                       QByteArray::number(numbers[i]));
     }
 
     test::Desktop desktop;
@@ -85,14 +86,14 @@ TEST_F(Room, TwoSlavesFollowALateOneCatchesUpAndARestartedMasterIsFollowedAgain)
     ASSERT_TRUE(start(first, {"--udp", "slave"}));
     ASSERT_TRUE(start(master, {"--udp", "master", kSample}) && plays(master));
     look(master, {0.5, -0.25, 0.125, 100});
-    master.ask("set builder stereoMode 1");
+    master.ask("kShaderCodeBuilder.stereoMode = 1");
     EXPECT_TRUE(follows(first, master.state()));
     EXPECT_TRUE(first.state().value("mediaSource").toString().endsWith("panorama.jpg"));
     EXPECT_TRUE(plays(first));
 
     ASSERT_TRUE(start(second, {"-u", "slave"}));
     EXPECT_TRUE(follows(second, master.state())) << "a late starter catches up";
-    master.ask("set player playbackState 2");
+    master.ask("k_mediaLoader.mediaPlayer.playbackState = 2");
     EXPECT_TRUE(rests(first) && rests(second));
 
     master.kill();
@@ -100,7 +101,7 @@ TEST_F(Room, TwoSlavesFollowALateOneCatchesUpAndARestartedMasterIsFollowedAgain)
     ProbedPlayer again;
     ASSERT_TRUE(start(again, {"--udp", "master", kSample}) && plays(again));
     look(again, {-1.5, 0.5, 0, 120});
-    again.ask("set builder stereoMode 2");
+    again.ask("kShaderCodeBuilder.stereoMode = 2");
     const QJsonObject state = again.state();
     EXPECT_TRUE(follows(first, state) && follows(second, state));
     for (ProbedPlayer *player : {&first, &second, &again}) {
@@ -116,16 +117,16 @@ TEST_F(Room, AFilmIsFollowedThroughItsPausesAndJumps)
     ASSERT_TRUE(start(slave, {"--udp", "slave"}));
     ASSERT_TRUE(start(master, {"--udp", "master", kFilm}) && plays(master));
     EXPECT_TRUE(plays(slave));
-    master.ask("loader pause");
+    master.ask("k_mediaLoader.pause()");
     EXPECT_TRUE(rests(master) && rests(slave));
     for (const int position : {7000, 500}) {
-        master.ask("loader seek " + QByteArray::number(position));
+        master.ask("k_mediaLoader.seek(" + QByteArray::number(position) + ')');
         EXPECT_TRUE(slave.waitFor([position](const QJsonObject &state) {
             return std::abs(state.value("position").toInt() - position) <= 3000;
         })) << slave.state().value("position").toInt()
             << " of " << position;
     }
-    master.ask("loader play");
+    master.ask("k_mediaLoader.play()");
     EXPECT_TRUE(plays(slave));
 }
 

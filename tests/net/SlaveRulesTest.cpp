@@ -10,21 +10,17 @@ constexpr int kNothing = -1000;
 
 TEST(SlaveRules, TheOptionOverridesTheSetting)
 {
-    const struct
-    {
-        const char *option, *setting;
-        qint64 port;
-        const char *role;
-    } rows[] = {{"", "off", 7755, "off"},          {"", "master", 7755, "master"},
-                {"", "slave", 7755, "slave"},      {"slave", "master", 7755, "slave"},
-                {"master", "off", 7755, "master"}, {"off", "master", 7755, "off"},
-                {"Master", "slave", 7755, "off"},  {"nonsense", "slave", 7755, "off"},
-                {"master", "", 0, "off"},          {"slave", "", 65536, "off"},
-                {"slave", "", 65535, "slave"},     {"master", "", 1, "master"},
-                {"master", "", -7755, "off"}};
-    for (const auto &row : rows)
-        EXPECT_EQ(syncRoleName(syncRole(row.option, row.setting, row.port)), row.role)
-            << row.option << " over " << row.setting << " at " << row.port;
+    const std::tuple<const char *, const char *, qint64, const char *> rows[] = {
+        {"", "off", 7755, "off"},          {"", "master", 7755, "master"},
+        {"", "slave", 7755, "slave"},      {"slave", "master", 7755, "slave"},
+        {"master", "off", 7755, "master"}, {"off", "master", 7755, "off"},
+        {"Master", "slave", 7755, "off"},  {"nonsense", "slave", 7755, "off"},
+        {"master", "", 0, "off"},          {"slave", "", 65536, "off"},
+        {"slave", "", 65535, "slave"},     {"master", "", 1, "master"},
+        {"master", "", -7755, "off"}};
+    for (const auto &[option, setting, port, role] : rows)
+        EXPECT_EQ(syncRoleName(syncRole(option, setting, port)), role)
+            << option << " over " << setting << " at " << port;
     EXPECT_EQ(syncInterval(0), 1);
     EXPECT_EQ(syncInterval(-20), 1);
     EXPECT_EQ(syncInterval(20), 20);

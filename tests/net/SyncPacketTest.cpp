@@ -64,11 +64,7 @@ TEST(SyncPacket, BothFormsComeBackAndTheOtherOnesDoNot)
 
 TEST(SyncPacket, BadTextIsDropped)
 {
-    const struct
-    {
-        QByteArray bytes;
-        bool taken;
-    } rows[] = {
+    const std::tuple<QByteArray, bool> rows[] = {
         {"{\"id\":\"lnd\"}", true},
         {"", false},
         {"null", false},
@@ -92,26 +88,22 @@ TEST(SyncPacket, BadTextIsDropped)
         {R"({"id":"lnd","url":"a{[\"{b"})", true},
         {QByteArray(65507, '\0'), false},
         {QByteArray(65507, '{'), false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(decodeSyncPacket(row.bytes, SyncFormat::Json, kId).has_value(), row.taken)
-            << row.bytes.left(60).toStdString();
+    for (const auto &[bytes, taken] : rows)
+        EXPECT_EQ(decodeSyncPacket(bytes, SyncFormat::Json, kId).has_value(), taken)
+            << bytes.left(60).toStdString();
 }
 
 TEST(SyncPacket, NumbersThatAreNoneAreDroppedInBinaryToo)
 {
-    const struct
-    {
-        double yaw;
-        bool taken;
-    } rows[] = {{1.5, true},
-                {std::numeric_limits<double>::quiet_NaN(), false},
-                {std::numeric_limits<double>::infinity(), false},
-                {-std::numeric_limits<double>::infinity(), false},
-                {1e300, false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(decodeSyncPacket(binaryWithYaw(row.yaw), SyncFormat::QtBinary, kId).has_value(),
-                  row.taken)
-            << row.yaw;
+    const std::tuple<double, bool> rows[] = {{1.5, true},
+                                             {std::numeric_limits<double>::quiet_NaN(), false},
+                                             {std::numeric_limits<double>::infinity(), false},
+                                             {-std::numeric_limits<double>::infinity(), false},
+                                             {1e300, false}};
+    for (const auto &[yaw, taken] : rows)
+        EXPECT_EQ(decodeSyncPacket(binaryWithYaw(yaw), SyncFormat::QtBinary, kId).has_value(),
+                  taken)
+            << yaw;
 }
 
 TEST(SyncPacket, WholeNumbersAreCutToTheirRange)

@@ -196,16 +196,12 @@ TEST_F(UdpSocket, AMediumThatFailsIsAskedForOnce)
 
 TEST_F(UdpSocket, OrientationFollowsItsMode)
 {
-    const struct
-    {
-        int mode;
-        float yaw;       // of the slave afterwards, 1 before
-        float direction; // where its matrix looks
-    } rows[] = {{KUdpSocket::AbsoluteOrientation, 0.5F, 0.5F},
-                {KUdpSocket::OffOrientation, 1, 1},
-                {KUdpSocket::OffsetOrientation, 1, 1.5F}};
-    for (const auto &row : rows) {
-        set("orientationMode", row.mode);
+    // The slave's yaw afterwards, 1 before, and where its matrix looks.
+    const std::tuple<int, float, float> rows[] = {{KUdpSocket::AbsoluteOrientation, 0.5F, 0.5F},
+                                                  {KUdpSocket::OffOrientation, 1, 1},
+                                                  {KUdpSocket::OffsetOrientation, 1, 1.5F}};
+    for (const auto &[mode, yaw, direction] : rows) {
+        set("orientationMode", mode);
         const KUdpSocket slave("slave", application);
         view->setOrientationOffset(0, 0, 0);
         view->setYaw(1);
@@ -215,9 +211,9 @@ TEST_F(UdpSocket, OrientationFollowsItsMode)
         packet.fov = 91;
         send(packet);
         ASSERT_TRUE(QTest::qWaitFor([this] { return view->fov() == 91; }, kPatienceMs));
-        EXPECT_EQ(view->yaw(), row.yaw) << row.mode;
+        EXPECT_EQ(view->yaw(), yaw) << mode;
         const QMatrix4x4 matrix = view->rotationMatrix();
-        EXPECT_NEAR(std::atan2(matrix(2, 0), matrix(0, 0)), row.direction, 1e-5) << row.mode;
+        EXPECT_NEAR(std::atan2(matrix(2, 0), matrix(0, 0)), direction, 1e-5) << mode;
     }
 }
 

@@ -96,33 +96,30 @@ TEST(KProjection, KnownDirectionsLieWhereTheFormulasSay)
     Azimutal azimutal;
     panini.setParameter(0, 0); // both are Planar then
     azimutal.setParameter(0, 0);
-    const struct
-    {
-        const KProjection &member;
-        double longitude, latitude; // degrees
-        double x, y;
-    } rows[] = {{equirect, -180, 0, 0, 0.5},
-                {equirect, -270, 45, 0.75, 0.25}, // one turn round
-                {equirect, 450, -120, 0.75, 1},
-                {cylindrical, 200, 45, 1.0 / 18, 0.5 - 0.07919222016226815},
-                {planar, 45, 0, 0.5 + 0.07919222016226815, 0.5},
-                {planar, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
-                {panini, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
-                {azimutal, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
-                {planar, 120, 0, 1, 0.5}, // as at 81
-                {planar, -89, 0, 0, 0.5},
-                {mercator, 400, 0, 1, 0.5}, // does not wrap
-                {mercator, 0, 30, 0.5, 0.5 - 0.5493061443340548 * 0.1966885178069602},
-                {ball, 0, 90, 0.5, 0.5 - 0.5 * M_SQRT1_2},
-                {ball, 90, 0, 0.5 + 0.5 * M_SQRT1_2, 0.5},
-                {hammer, 180, 0, 1, 0.5},
-                {hammer, 0, -90, 0.5, 1},
-                {stereographic, 60, 0, 0.5 + 0.5 / std::sqrt(3.0), 0.5}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.member.dump().toStdString());
+    // Longitude and latitude in degrees.
+    const std::tuple<const KProjection &, double, double, double, double> rows[] = {
+        {equirect, -180, 0, 0, 0.5},
+        {equirect, -270, 45, 0.75, 0.25}, // one turn round
+        {equirect, 450, -120, 0.75, 1},
+        {cylindrical, 200, 45, 1.0 / 18, 0.5 - 0.07919222016226815},
+        {planar, 45, 0, 0.5 + 0.07919222016226815, 0.5},
+        {planar, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
+        {panini, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
+        {azimutal, 45, -45, 0.5 + 0.07919222016226815, 0.5 + 0.07919222016226815 * M_SQRT2},
+        {planar, 120, 0, 1, 0.5}, // as at 81
+        {planar, -89, 0, 0, 0.5},
+        {mercator, 400, 0, 1, 0.5}, // does not wrap
+        {mercator, 0, 30, 0.5, 0.5 - 0.5493061443340548 * 0.1966885178069602},
+        {ball, 0, 90, 0.5, 0.5 - 0.5 * M_SQRT1_2},
+        {ball, 90, 0, 0.5 + 0.5 * M_SQRT1_2, 0.5},
+        {hammer, 180, 0, 1, 0.5},
+        {hammer, 0, -90, 0.5, 1},
+        {stereographic, 60, 0, 0.5 + 0.5 / std::sqrt(3.0), 0.5}};
+    for (const auto &[member, longitude, latitude, expectedX, expectedY] : rows) {
+        SCOPED_TRACE(member.dump().toStdString());
         double x = 0, y = 0;
-        row.member.forward(row.longitude * kDegree, row.latitude * kDegree, &x, &y);
-        EXPECT_NEAR(x, row.x, 1e-9) << row.longitude;
-        EXPECT_NEAR(y, row.y, 1e-9) << row.latitude;
+        member.forward(longitude * kDegree, latitude * kDegree, &x, &y);
+        EXPECT_NEAR(x, expectedX, 1e-9) << longitude;
+        EXPECT_NEAR(y, expectedY, 1e-9) << latitude;
     }
 }

@@ -51,23 +51,18 @@ protected:
 
 TEST_F(PanoramaPixels, EachProjectionShowsTheDirectionThatItsFormulaTells)
 {
-    const struct
-    {
-        CameraAngles angles;
-        float fov;
-        QSize view;
-    } cases[] = {{{0, 0, 0}, 90, {120, 80}},
-                 {{0.7F, -0.4F, 0.3F}, 40, {80, 120}},
-                 {{-2.6F, 0.9F, -1.2F}, 110, {100, 100}},
-                 {{3.1F, 1.5F, 0}, 130, {101, 75}}};
+    const std::tuple<CameraAngles, float, QSize> cases[] = {{{0, 0, 0}, 90, {120, 80}},
+                                                            {{0.7F, -0.4F, 0.3F}, 40, {80, 120}},
+                                                            {{-2.6F, 0.9F, -1.2F}, 110, {100, 100}},
+                                                            {{3.1F, 1.5F, 0}, 130, {101, 75}}};
     for (int combination = 0; combination < 16; ++combination) {
-        for (const auto &c : cases) {
+        for (const auto &[angles, fov, view] : cases) {
             ShaderKey key;
             key.projectionSource = combination / 4;
             key.projection = combination % 4;
-            key.quarterTurn = c.angles.yaw > 0;
-            SCOPED_TRACE(testing::Message() << combination << " at " << c.fov);
-            expectAsCalculated(key, uniformsFor(c.view, c.fov, c.angles));
+            key.quarterTurn = angles.yaw > 0;
+            SCOPED_TRACE(testing::Message() << combination << " at " << fov);
+            expectAsCalculated(key, uniformsFor(view, fov, angles));
         }
     }
 }
@@ -145,14 +140,7 @@ TEST_F(PanoramaPixels, ColoursFollowControlsAndEffects)
     using U = PanoramaUniforms;
     using Color = std::array<double, 3>;
     const double tv = 1.4 * 0.25 * (0.92 + 0.08 * std::sin(15 * 0.545)) * 1.376; // row 4 of 10
-    const struct
-    {
-        const char *what;
-        int effect;
-        float U::*control;
-        float value;
-        Color source, expected;
-    } cases[] = {
+    const std::tuple<const char *, int, float U::*, float, Color, Color> cases[] = {
         {"neutral", B::NO_EFFECT, &U::hue, 0, {0.4, 0.6, 0.2}, {0.4, 0.6, 0.2}},
         {"sepia", B::SEPIA, &U::hue, 0, {0.4, 0.6, 0.2}, {0.646, 0.566, 0.376}},
         {"dark", B::BLACK_AND_WHITE, &U::hue, 0, {0.4, 0.6, 0.2}, {0, 0, 0}},
@@ -176,20 +164,20 @@ TEST_F(PanoramaPixels, ColoursFollowControlsAndEffects)
         {"shade", B::NO_EFFECT, &U::vignettingAmount, 1000, {0.4, 0.6, 0.2}, {0, 0, 0}},
     };
     QImage picture(8, 8, QImage::Format_RGBA8888);
-    for (const auto &c : cases) {
+    for (const auto &[what, effect, control, value, source, expected] : cases) {
         PanoramaUniforms uniforms = uniformsFor({11, 10}, 90, {});
-        uniforms.*c.control = c.value;
+        uniforms.*control = value;
         for (const bool blueFirst : {false, true}) {
             ShaderKey key;
-            key.effect = c.effect;
+            key.effect = effect;
             key.invertedColors = blueFirst;
-            const QColor color = QColor::fromRgbF(c.source[0], c.source[1], c.source[2]);
+            const QColor color = QColor::fromRgbF(source[0], source[1], source[2]);
             picture.fill(blueFirst ? QColor(color.blue(), color.green(), color.red()) : color);
             const QImage image = draw(shader::fragmentText(key), uniforms, picture);
-            const QColor seen = image.pixelColor(2, c.effect == B::TV ? 4 : 3);
-            EXPECT_NEAR(seen.redF(), c.expected[0], 0.01) << c.what;
-            EXPECT_NEAR(seen.greenF(), c.expected[1], 0.01) << c.what;
-            EXPECT_NEAR(seen.blueF(), c.expected[2], 0.01) << c.what;
+            const QColor seen = image.pixelColor(2, effect == B::TV ? 4 : 3);
+            EXPECT_NEAR(seen.redF(), expected[0], 0.01) << what;
+            EXPECT_NEAR(seen.greenF(), expected[1], 0.01) << what;
+            EXPECT_NEAR(seen.blueF(), expected[2], 0.01) << what;
         }
     }
 }

@@ -11,28 +11,21 @@ using B = KShaderCodeBuilder;
 
 TEST(ViewGeometry, ViewportFollowsShapeLayoutAndPixelRatio)
 {
-    const struct
-    {
-        QSizeF item;
-        EyeLayout layout;
-        double ratio;
-        QSizeF shader;
-        QSize pixels;
-    } cases[] = {
+    const std::tuple<QSizeF, EyeLayout, double, QSizeF, QSize> cases[] = {
         {{400, 800}, EyeLayout::Single, 1, {400, 800}, {400, 800}},
         {{800, 400}, EyeLayout::Split, 1, {400, 400}, {400, 400}},
         {{800, 400}, EyeLayout::SplitTelevision, 1, {800, 400}, {400, 400}},
         {{801, 401}, EyeLayout::Split, 1.5, {400.5, 401}, {600, 601}},
         {{0, 0}, EyeLayout::Single, 1, {0, 0}, {0, 0}},
     };
-    for (const auto &c : cases) {
-        const ViewportParameters p = viewportParameters(c.item, c.layout, c.ratio);
-        const double smaller = std::min(c.shader.width(), c.shader.height());
-        const QSizeF ratio = smaller > 0 ? c.shader / smaller : QSizeF(1, 1);
-        EXPECT_EQ(p.size, QVector2D(float(c.shader.width()), float(c.shader.height())));
+    for (const auto &[item, layout, pixelRatio, shader, pixels] : cases) {
+        const ViewportParameters p = viewportParameters(item, layout, pixelRatio);
+        const double smaller = std::min(shader.width(), shader.height());
+        const QSizeF ratio = smaller > 0 ? shader / smaller : QSizeF(1, 1);
+        EXPECT_EQ(p.size, QVector2D(float(shader.width()), float(shader.height())));
         EXPECT_EQ(p.sizeMin, QVector2D(float(smaller), float(smaller)));
         EXPECT_EQ(p.sizeRatio, QVector2D(float(ratio.width()), float(ratio.height())));
-        EXPECT_EQ(p.pixels, c.pixels);
+        EXPECT_EQ(p.pixels, pixels);
     }
 }
 
@@ -40,13 +33,7 @@ TEST(ViewGeometry, RenderedSnapshotsHaveTheResolutionOfTheSource)
 {
     test::WarningGuard guard({QStringLiteral("^Invalid size$")});
     const QSize source(4000, 2000), none(-1, -1);
-    const struct
-    {
-        QSize texture, view;
-        float fov;
-        int input, output;
-        QSize expected;
-    } cases[] = {
+    const std::tuple<QSize, QSize, float, int, int, QSize> cases[] = {
         // A view of 90 degrees sees a quarter of the width and half of the height.
         {source, {200, 100}, 90, B::CUBEMAP, B::FISHEYE, {2000, 1000}},
         {source, {100, 200}, 90, B::EQUIRECTANGULAR, B::RECTILINEAR, {1000, 2000}},
@@ -58,9 +45,9 @@ TEST(ViewGeometry, RenderedSnapshotsHaveTheResolutionOfTheSource)
         {none, {123, 45}, 90, B::EQUIRECTANGULAR, B::RECTILINEAR, {123, 45}},
         {{1 << 30, 1 << 30}, {1, 1}, 300, B::CUBEMAP, B::ORVEX, {1 << 20, 1 << 20}},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(renderSize(c.texture, c.view, c.fov, c.input, c.output), c.expected)
-            << c.expected.width() << "x" << c.expected.height();
+    for (const auto &[texture, view, fov, input, output, expected] : cases)
+        EXPECT_EQ(renderSize(texture, view, fov, input, output), expected)
+            << expected.width() << "x" << expected.height();
 
     const QSize limits[][3] = {{{12000, 6000}, {8192, 8192}, {8192, 4096}},
                                {{500, 12000}, {8192, 8192}, {341, 8192}},

@@ -40,30 +40,25 @@ struct Session
 TEST(Settings, AChangeTellsTheKeyItsTwinAndTheRestart)
 {
     // clang-format off
-    const struct
-    {
-        QString key;
-        QVariant value;
-        bool needsRestart;
-    } rows[] = {
+    const std::tuple<QString, QVariant, bool> rows[] = {
         {"application/communication/port", 7755, true}, {"application/hmd/sdk", "auto", true},
         {"application/general/enableAnalytics", true, true},
         {"application/volume", 0.5, false}, {"application/general/printSavePath", "toBeDefine", false}};
     // clang-format on
     const test::StoreFile file;
     Session run(file);
-    for (const auto &row : rows) {
-        for (const QString &each : {row.key, twin(row.key)}) {
-            EXPECT_EQ(run.settings.get(each), row.value);
-            EXPECT_EQ(run.settings.get(each).type(), row.value.type());
+    for (const auto &[key, value, needsRestart] : rows) {
+        for (const QString &each : {key, twin(key)}) {
+            EXPECT_EQ(run.settings.get(each), value);
+            EXPECT_EQ(run.settings.get(each).type(), value.type());
         }
-        run.settings.set(row.key, "x");
-        run.settings.resetDefaultValue(row.key);
+        run.settings.set(key, "x");
+        run.settings.resetDefaultValue(key);
         QString expected;
-        for (const QString &now : {QStringLiteral("x"), row.value.toString()}) {
-            expected += row.key + '=' + now + ';' + twin(row.key) + '=' + now + ';';
-            if (row.needsRestart)
-                expected += "restart " + row.key + ' ' + now + ' ' + row.value.toString() + ';';
+        for (const QString &now : {QStringLiteral("x"), value.toString()}) {
+            expected += key + '=' + now + ';' + twin(key) + '=' + now + ';';
+            if (needsRestart)
+                expected += "restart " + key + ' ' + now + ' ' + value.toString() + ';';
         }
         EXPECT_EQ(run.take(), expected.toStdString());
     }
@@ -113,19 +108,15 @@ TEST(Settings, DamagedValuesGiveTheDefaultWhereTyped)
                "output\\display=\"3d, x\"\ninput\\projection=2, 3\nhmd\\hmdMode=false\n");
     Session run(file);
     // clang-format off
-    const struct
-    {
-        const char *key;
-        QVariant expected;
-    } rows[] = {
+    const std::tuple<const char *, QVariant> rows[] = {
         {"volume", 0.5}, {"window/width", 1000}, {"window/height", 100}, {"general/loopMode", 1},
         {"general/touchMode", false}, {"hmd/gazeUI", false}, {"output/display", "3d, x"},
         {"input/projection", 0}, {"hmd/hmdMode", false}};
     // clang-format on
-    for (const auto &row : rows) {
-        const QVariant value = run.settings.getTyped(QString("instance/") + row.key);
-        EXPECT_EQ(value, row.expected) << row.key << ' ' << value.toString().toStdString();
-        EXPECT_EQ(value.type(), row.expected.type()) << row.key;
+    for (const auto &[key, expected] : rows) {
+        const QVariant value = run.settings.getTyped(QString("instance/") + key);
+        EXPECT_EQ(value, expected) << key << ' ' << value.toString().toStdString();
+        EXPECT_EQ(value.type(), expected.type()) << key;
     }
     EXPECT_EQ(run.settings.get("application/general/touchMode"), QVariant("False"));
     EXPECT_EQ(run.settings.get("application/hmd/hmdMode").type(), QVariant::Bool);

@@ -61,10 +61,7 @@ TEST(Readers, ChainLetsTheLastHolderWin)
 TEST(Readers, XmlTextsAndTheirConversion)
 {
     // clang-format off
-    const struct
-    {
-        const char *content, *key, *expected;
-    } rows[] = {
+    const char *const rows[][3] = {
         {"<b>TRUE</b>", "b", "11 7 7.5 TRUE"}, {"<b>fAlse</b>", "b", "00 7 7.5 fAlse"},
         {"<b>2</b>", "b", "11 2 2 2"}, {"<b>0</b>", "b", "00 0 0 0"},
         {"<b>0x1</b>", "b", "10 7 7.5 0x1"}, {"<b>maybe</b>", "b", "10 7 7.5 maybe"},
@@ -75,11 +72,11 @@ TEST(Readers, XmlTextsAndTheirConversion)
         {"<b>&lt;<![CDATA[&]]></b>", "b", "10 7 7.5 <&"},
         {"<p:b xmlns:p='u'>4</p:b>", "p:b", "11 4 4 4"}, {"<b>1</b><c>", "b", "10 7 7.5 default"}};
     // clang-format on
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.content);
+    for (const auto &[content, key, expected] : rows) {
+        SCOPED_TRACE(content);
         KSRFromXMLFile reader = KSRFromXMLFile::FromBytes(
-            QByteArray("<!DOCTYPE o SYSTEM 'o.dtd'><o>") + row.content + "</o>");
-        EXPECT_EQ(answers(reader, row.key).toStdString(), row.expected);
+            QByteArray("<!DOCTYPE o SYSTEM 'o.dtd'><o>") + content + "</o>");
+        EXPECT_EQ(answers(reader, key).toStdString(), expected);
     }
 }
 

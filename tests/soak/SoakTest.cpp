@@ -39,21 +39,18 @@ const char *const kPopups[] = {"PopupAbout",    "PopupAboutThirdParty", "PopupAu
 QStringList makeMedia(const QDir &folder)
 {
     QStringList media{kPanorama, QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4")};
-    const struct
-    {
-        const char *name;
-        QStringList codec;
-    } clips[] = {{"small.mp4", {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac"}},
-                 {"fields.mkv", {"-c:v", "mpeg4", "-c:a", "libvorbis"}},
-                 {"full.avi", {"-c:v", "mjpeg", "-pix_fmt", "yuvj422p", "-an"}}};
-    for (const auto &clip : clips) {
-        media += folder.filePath(clip.name);
+    const std::tuple<const char *, QStringList> clips[] = {
+        {"small.mp4", {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac"}},
+        {"fields.mkv", {"-c:v", "mpeg4", "-c:a", "libvorbis"}},
+        {"full.avi", {"-c:v", "mjpeg", "-pix_fmt", "yuvj422p", "-an"}}};
+    for (const auto &[name, codec] : clips) {
+        media += folder.filePath(name);
         const QStringList source{"-v", "error",
                                  "-f", "lavfi",
                                  "-i", "testsrc2=s=640x320:r=25:d=4",
                                  "-f", "lavfi",
                                  "-i", "sine=frequency=300:duration=4"};
-        EXPECT_EQ(QProcess::execute("ffmpeg", source + clip.codec + QStringList(media.last())), 0);
+        EXPECT_EQ(QProcess::execute("ffmpeg", source + codec + QStringList(media.last())), 0);
     }
     for (const char *name : {"tall.png", "wide.bmp", "small.jpg"}) {
         QImage still(1024 + 8 * media.size(), 512, QImage::Format_RGB32);

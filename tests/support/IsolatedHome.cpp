@@ -9,17 +9,14 @@ namespace test {
 IsolatedHome::IsolatedHome()
 {
     const QString home = m_folder.path();
-    const struct
-    {
-        const char *variable, *folder;
-    } folders[] = {{"HOME", ""},
-                   {"XDG_CONFIG_HOME", "/.config"},
-                   {"XDG_DATA_HOME", "/.local/share"},
-                   {"XDG_CACHE_HOME", "/.cache"}};
-    for (const auto &entry : folders) {
-        const QString folder = home + QLatin1String(entry.folder);
+    const char *const folders[][2] = {{"HOME", ""},
+                                      {"XDG_CONFIG_HOME", "/.config"},
+                                      {"XDG_DATA_HOME", "/.local/share"},
+                                      {"XDG_CACHE_HOME", "/.cache"}};
+    for (const auto &[variable, below] : folders) {
+        const QString folder = home + QLatin1String(below);
         QDir().mkpath(folder);
-        qputenv(entry.variable, folder.toLocal8Bit());
+        qputenv(variable, folder.toLocal8Bit());
     }
     QStandardPaths::setTestModeEnabled(true);
     for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})

@@ -5,35 +5,32 @@
 
 TEST(UpdateDecision, VersionsAndTheirMaturity)
 {
-    const struct
-    {
-        const char *text;
-        const char *shown; // null: no version
-        bool stable;
-    } rows[] = {{"2.3.1.400", "2.3.1.400", true},
-                {"2.3.1.401", "2.3.1.401", false},
-                {"2.3.1.399", "2.3.1.399 RC 99", false},
-                {"2.3.1.300", "2.3.1.300 RC 0", false},
-                {"2.3.1.212", "2.3.1.212 Beta 12", false},
-                {"2.3.1.100", "2.3.1.100 Alpha 0", false},
-                {"02.3.1.7", "2.3.1.7 Internal 7", false},
-                {"0.0.0.4294967295", "0.0.0.4294967295", false},
-                {"2.3", nullptr, false},
-                {"2.3.1.400.5", nullptr, false},
-                {"99999999999.1.1.1", nullptr, false},
-                {"2.3.1.-1", nullptr, false},
-                {"2.3. 1.4", nullptr, false},
-                {"2.3.1.+4", nullptr, false},
-                {"2..1.4", nullptr, false},
-                {"", nullptr, false}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.text);
-        const auto version = ProductVersion::parse(row.text);
-        ASSERT_EQ(version.has_value(), row.shown != nullptr);
+    // Shown as null: no version.
+    const std::tuple<const char *, const char *, bool> rows[] = {
+        {"2.3.1.400", "2.3.1.400", true},
+        {"2.3.1.401", "2.3.1.401", false},
+        {"2.3.1.399", "2.3.1.399 RC 99", false},
+        {"2.3.1.300", "2.3.1.300 RC 0", false},
+        {"2.3.1.212", "2.3.1.212 Beta 12", false},
+        {"2.3.1.100", "2.3.1.100 Alpha 0", false},
+        {"02.3.1.7", "2.3.1.7 Internal 7", false},
+        {"0.0.0.4294967295", "0.0.0.4294967295", false},
+        {"2.3", nullptr, false},
+        {"2.3.1.400.5", nullptr, false},
+        {"99999999999.1.1.1", nullptr, false},
+        {"2.3.1.-1", nullptr, false},
+        {"2.3. 1.4", nullptr, false},
+        {"2.3.1.+4", nullptr, false},
+        {"2..1.4", nullptr, false},
+        {"", nullptr, false}};
+    for (const auto &[text, shown, stable] : rows) {
+        SCOPED_TRACE(text);
+        const auto version = ProductVersion::parse(text);
+        ASSERT_EQ(version.has_value(), shown != nullptr);
         if (!version)
             continue;
-        EXPECT_EQ(version->text() + version->suffix(), row.shown);
-        EXPECT_EQ(version->isStable(), row.stable);
+        EXPECT_EQ(version->text() + version->suffix(), shown);
+        EXPECT_EQ(version->isStable(), stable);
     }
     const char *const ascending[] = {"1.9.9.999", "2.2.10.0", "2.3.0.0",  "2.3.1.99",
                                      "2.3.1.400", "2.3.2.1",  "2.10.0.0", "10.0.0.0"};
@@ -44,11 +41,8 @@ TEST(UpdateDecision, VersionsAndTheirMaturity)
 
 TEST(UpdateDecision, BodiesOfVersionReplies)
 {
-    const struct
-    {
-        QByteArray body;
-        const char *expected; // null: no version
-    } rows[] = {
+    // Expected as null: no version.
+    const std::tuple<QByteArray, const char *> rows[] = {
         {"2.3.2.410_2017-02-14", "2.3.2.410 2017-02-14"},
         {"\n2.3.2.410_2017-02-14\r\n\r\n", "2.3.2.410 2017-02-14"},
         {"# news\n2.3.2.410_2017-02-14\n9.9.9.9_2018-01-01", "2.3.2.410 2017-02-14"},
@@ -64,13 +58,12 @@ TEST(UpdateDecision, BodiesOfVersionReplies)
         {QByteArray("\xff\xfe\0\x32", 4), nullptr},
         {"", nullptr},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.body.constData());
-        const auto reply = UpdateDecision::readVersionReply(row.body);
-        ASSERT_EQ(reply.has_value(), row.expected != nullptr);
+    for (const auto &[body, expected] : rows) {
+        SCOPED_TRACE(body.constData());
+        const auto reply = UpdateDecision::readVersionReply(body);
+        ASSERT_EQ(reply.has_value(), expected != nullptr);
         if (reply) {
-            EXPECT_EQ(reply->version.text() + ' ' + reply->date.toString(Qt::ISODate),
-                      row.expected);
+            EXPECT_EQ(reply->version.text() + ' ' + reply->date.toString(Qt::ISODate), expected);
         }
     }
 }
@@ -87,11 +80,7 @@ TEST(UpdateDecision, AWeekBetweenScheduledChecks)
 
 TEST(UpdateDecision, ChangeLogsLoadAndRunNothing)
 {
-    const struct
-    {
-        QByteArray body;
-        QByteArray expected;
-    } rows[] = {
+    const QByteArray rows[][2] = {
         {"  <h2>New</h2>\n<ul><li>One &amp; two</li></ul>\n ",
          "<h2>New</h2>\n<ul><li>One &amp; two</li></ul>"},
         {"a<img src='http://x/y.png'>b<IMG\nSRC=z />c", "abc"},
@@ -106,28 +95,24 @@ TEST(UpdateDecision, ChangeLogsLoadAndRunNothing)
         {"text<img src=x", "text"},
         {"\xff\xfe", "\xef\xbf\xbd\xef\xbf\xbd"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(UpdateDecision::safeChangeLog(row.body).toUtf8(), row.expected);
+    for (const auto &[body, expected] : rows)
+        EXPECT_EQ(UpdateDecision::safeChangeLog(body).toUtf8(), expected);
 }
 
 TEST(Http, OnlyEncryptedOrOnThisMachine)
 {
-    const struct
-    {
-        const char *url;
-        bool allowed;
-    } rows[] = {{"https://example.org/x", true},
-                {"http://127.0.0.1:80/", true},
-                {"http://localhost", true},
-                {"http://[::1]:8080/", true},
-                {"http://example.org", false},
-                {"http://localhost.example.org", false},
-                {"http://127.0.0.1.example.org", false},
-                {"ftp://127.0.0.1", false},
-                {"file:///etc/passwd", false},
-                {"https://", false},
-                {"/collect", false},
-                {"", false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(KHttp::isAllowed(QUrl(row.url)), row.allowed) << row.url;
+    const std::tuple<const char *, bool> rows[] = {{"https://example.org/x", true},
+                                                   {"http://127.0.0.1:80/", true},
+                                                   {"http://localhost", true},
+                                                   {"http://[::1]:8080/", true},
+                                                   {"http://example.org", false},
+                                                   {"http://localhost.example.org", false},
+                                                   {"http://127.0.0.1.example.org", false},
+                                                   {"ftp://127.0.0.1", false},
+                                                   {"file:///etc/passwd", false},
+                                                   {"https://", false},
+                                                   {"/collect", false},
+                                                   {"", false}};
+    for (const auto &[url, allowed] : rows)
+        EXPECT_EQ(KHttp::isAllowed(QUrl(url)), allowed) << url;
 }

@@ -37,30 +37,26 @@ test::Picture played(test::PlayerWindow &window, const QUrl &clip, const QString
 
 TEST(Colours, ReachTheTextureAsTheFormulasSay)
 {
-    const struct
-    {
-        const char *clip, *decodedAs, *format, *writingTool;
-        YuvColours colours;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *, const char *, YuvColours> rows[] = {
         {"patches_limited.mp4", "yuv420p", "I420", "", YuvColours::Compressed},
         {"patches_full.mov", "yuvj420p", "J420", "stitchwerk", YuvColours::Direct},
         {"patches_full.mov", "yuvj420p", "J420", "Stitchwerk 1.2", YuvColours::FixedPoint},
         {"patches_limited.mp4", "yuv420p", "I420", "Stitchwerk 1.2", YuvColours::FixedPoint},
     };
     test::PlayerWindow window;
-    for (const auto &row : rows) {
-        SCOPED_TRACE(std::string(row.clip) + " by " + row.writingTool);
+    for (const auto &[clip, decodedAs, format, writingTool, colours] : rows) {
+        SCOPED_TRACE(std::string(clip) + " by " + writingTool);
         window.player().setFileMetadata(
-            {{QStringLiteral("Writing Tool"), QLatin1String(row.writingTool)}});
-        const test::Picture picture = played(window, test::clip(row.clip), row.format);
+            {{QStringLiteral("Writing Tool"), QLatin1String(writingTool)}});
+        const test::Picture picture = played(window, test::clip(clip), format);
         ASSERT_EQ(picture.size, QSize(640, 160));
-        const QByteArray bytes = decoded(test::clip(row.clip), row.decodedAs);
+        const QByteArray bytes = decoded(test::clip(clip), decodedAs);
         ASSERT_EQ(bytes.size(), 640 * 240);
         const test::RawFrame raw{reinterpret_cast<const std::uint8_t *>(bytes.data()), 640, 240};
         int worst = 0;
         for (int at = 0; at < 640 * 160; ++at) {
             const auto expected = test::colourOf(
-                test::sampleAt(raw, VlcPixelFormat::I420, at % 640, at / 640, 160), row.colours);
+                test::sampleAt(raw, VlcPixelFormat::I420, at % 640, at / 640, 160), colours);
             for (std::size_t i = 0; i < 3; ++i)
                 worst =
                     std::max(worst, std::abs(expected[i] - picture.bytes[std::size_t(at) * 4 + i]));

@@ -36,12 +36,7 @@ std::string dump(const PlaneLayout &l)
 
 TEST(PlaneLayout, FollowsTheTableOfEachFormatAndSize)
 {
-    const struct
-    {
-        int format;
-        quint32 width, height;
-        const char *layout;
-    } rows[] = {
+    const std::tuple<int, quint32, quint32, const char *> rows[] = {
         {1, 5, 3, "5 0 0, 3 0 0, 20 0 0, 60 0 0, 60, 0 60 60, 0 60 60, 5x3"},
         {2, 8, 2, "8 0 0, 2 0 0, 32 0 0, 64 0 0, 64, 0 64 64, 0 64 64, 8x2"},
         {3, 7, 3, "7 0 0, 3 0 0, 12 0 0, 36 0 0, 36, 0 36 36, 0 36 36, red 12x3"},
@@ -61,12 +56,12 @@ TEST(PlaneLayout, FollowsTheTableOfEachFormatAndSize)
         {8, 16, 6, "16 16 0, 6 3 0, 16 16 0, 96 48 0, 160, 0 96 160, 0 96 160, red 16x9"},
         {8, 16, 8, "16 16 0, 8 4 0, 16 16 0, 128 64 0, 192, 0 128 192, 0 128 192, red 16x12"},
     };
-    for (const auto &row : rows) {
-        const auto layout = PlaneLayout::of(row.width, row.height, VlcPixelFormat(row.format));
-        EXPECT_EQ(dump(layout), row.layout);
-        EXPECT_EQ(int(layout.format), row.format);
-        EXPECT_EQ(layout.bitsPerPixel, row.format < 5 ? 32U : 12U);
-        EXPECT_EQ(layout.pixelStride[0], row.format < 5 ? 4U : 0U);
+    for (const auto &[format, width, height, expected] : rows) {
+        const auto layout = PlaneLayout::of(width, height, VlcPixelFormat(format));
+        EXPECT_EQ(dump(layout), expected);
+        EXPECT_EQ(int(layout.format), format);
+        EXPECT_EQ(layout.bitsPerPixel, format < 5 ? 32U : 12U);
+        EXPECT_EQ(layout.pixelStride[0], format < 5 ? 4U : 0U);
         EXPECT_EQ(layout.visibleWidth, layout.planeWidth);
     }
 }
@@ -117,12 +112,7 @@ TEST(VlcPixelFormat, IsReadFromTheChromaAndHandedToTheConverter)
 TEST(TextureTransfer, RestsOnExtensionsAndFunctionsAlone)
 {
     // 3.2 core, 3.0, 2.1, 1.1, pinned memory, mapped textures; fences; kind.
-    const struct
-    {
-        TextureCapabilities capabilities;
-        bool fences;
-        const char *kind;
-    } rows[] = {
+    const std::tuple<TextureCapabilities, bool, const char *> rows[] = {
         {{true, true, true, true, true, true}, true, "AMD Pinned Memory"},
         {{true, true, true, true, true, true}, false, "Intel Map Texture"},
         {{true, true, true, true, true, false}, false, "Pixel Buffer Object"},
@@ -131,9 +121,9 @@ TEST(TextureTransfer, RestsOnExtensionsAndFunctionsAlone)
         {{false, false, false, true, true, true}, true, "CPU"},
         {{true, false, false, false, true, false}, false, "Undefined transfer method"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(textureTransferName(chooseTextureTransfer(row.capabilities, row.fences)),
-                  QLatin1String(row.kind));
+    for (const auto &[capabilities, fences, kind] : rows)
+        EXPECT_EQ(textureTransferName(chooseTextureTransfer(capabilities, fences)),
+                  QLatin1String(kind));
 }
 
 } // namespace

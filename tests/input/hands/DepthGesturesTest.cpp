@@ -110,39 +110,33 @@ TEST(DepthCameraStart, SaysWhereItEnded)
 {
     const QString module = "Failed to initialize Hand module.\n"
                            "Ensure you have installed Hand module drivers.\n";
-    const struct
-    {
-        FailingCamera::Step failing;
-        QString text;
-    } rows[] = {
+    const std::tuple<FailingCamera::Step, QString> rows[] = {
         {FailingCamera::Drivers, "RealSense drivers required : "},
         {FailingCamera::Manager, "Failed to initialize PXCSenseManager.\n"},
         {FailingCamera::Module, module},
         {FailingCamera::Gestures, module},
         {FailingCamera::Nothing, "Intel Real Sense is ready to use.\nBuilt with SDK 7.0.25.4."}};
-    for (const auto &row : rows) {
-        FailingCamera camera(row.failing);
+    for (const auto &[failing, text] : rows) {
+        FailingCamera camera(failing);
         const DepthCameraStart start = DepthCameraStart::run(&camera);
-        EXPECT_EQ(start.logMessage, row.text);
-        EXPECT_EQ(start.available, row.failing == FailingCamera::Nothing);
-        EXPECT_EQ(start.driversMissing, row.failing == FailingCamera::Drivers);
-        EXPECT_EQ(camera.enabled.isEmpty(), row.failing < FailingCamera::Gestures);
+        EXPECT_EQ(start.logMessage, text);
+        EXPECT_EQ(start.available, failing == FailingCamera::Nothing);
+        EXPECT_EQ(start.driversMissing, failing == FailingCamera::Drivers);
+        EXPECT_EQ(camera.enabled.isEmpty(), failing < FailingCamera::Gestures);
     }
     EXPECT_TRUE(DepthCameraStart::run(nullptr).driversMissing);
 }
 
 TEST(PxcRuntime, FindsTheLibraryByFolderOrName)
 {
-    const struct
-    {
-        const char *value, *path;
-    } rows[] = {{"", ""},
-                {"  ", ""},
-                {R"(C:\Intel\RSSDK)", R"(C:\Intel\RSSDK\bin\win32\libpxcsession.dll)"},
-                {R"(C:\Intel\RSSDK\)", R"(C:\Intel\RSSDK\bin\win32\libpxcsession.dll)"},
-                {R"(D:\rt\LibPxcSession.DLL)", R"(D:\rt\LibPxcSession.DLL)"}};
-    for (const auto &row : rows)
-        EXPECT_EQ(PxcRuntime::libraryPath(row.value).toStdString(), row.path);
+    const char *const rows[][2] = {
+        {"", ""},
+        {"  ", ""},
+        {R"(C:\Intel\RSSDK)", R"(C:\Intel\RSSDK\bin\win32\libpxcsession.dll)"},
+        {R"(C:\Intel\RSSDK\)", R"(C:\Intel\RSSDK\bin\win32\libpxcsession.dll)"},
+        {R"(D:\rt\LibPxcSession.DLL)", R"(D:\rt\LibPxcSession.DLL)"}};
+    for (const auto &[value, path] : rows)
+        EXPECT_EQ(PxcRuntime::libraryPath(value).toStdString(), path);
 }
 
 TEST_P(DepthHand, LooksAroundByTheHandsOffset)

@@ -154,21 +154,17 @@ const Event kEvents[] = {
 
 TEST(HandGestures, EachIsSeenOnceAndNearMissesAreNot)
 {
-    const struct
-    {
-        double rate;
-        Trouble trouble;
-    } conditions[] = {{30, {0.3F, 0, false}},
-                      {60, {0.5F, 0.02F, false}},
-                      {115, {0.5F, 0.05F, false}},
-                      {115, {0.4F, 0, true}},
-                      {1000, {0.1F, 0.02F, false}}};
+    const std::tuple<double, Trouble> conditions[] = {{30, {0.3F, 0, false}},
+                                                      {60, {0.5F, 0.02F, false}},
+                                                      {115, {0.5F, 0.05F, false}},
+                                                      {115, {0.4F, 0, true}},
+                                                      {1000, {0.1F, 0.02F, false}}};
     for (const Event &event : kEvents) {
-        for (const auto &condition : conditions) {
+        for (const auto &[rate, trouble] : conditions) {
             for (const unsigned seed : {1U, 2U, 3U}) {
-                SCOPED_TRACE(testing::Message() << event.name << " at " << condition.rate
-                                                << " frames a second, seed " << seed);
-                Recording recording(condition.rate, condition.trouble, seed);
+                SCOPED_TRACE(testing::Message()
+                             << event.name << " at " << rate << " frames a second, seed " << seed);
+                Recording recording(rate, trouble, seed);
                 recording.play(event.seconds, event.actor).pause(0.5);
                 const Sum sum = analyse(recording.frames());
                 EXPECT_EQ(sum.seeks, event.seeks);
@@ -351,19 +347,16 @@ TEST(HandPointer, GoesWhereTheFingerPointsAndPushesOnce)
 
 TEST(TrackingZone, TellsWhichEdgeIsNear)
 {
-    const struct
-    {
-        QVector3D desk, head;
-        int edges;
-    } rows[] = {{{0, 200, 0}, {0, 0, -300}, 0},
-                {{-101, 200, 0}, {-101, 0, -300}, HandZone::Left},
-                {{101, 200, 0}, {101, 0, -300}, HandZone::Right},
-                {{0, 49, 0}, {0, -101, -300}, HandZone::Bottom},
-                {{0, 401, 0}, {0, 51, -300}, HandZone::Top},
-                {{120, 30, 0}, {120, -130, -300}, HandZone::Right | HandZone::Bottom}};
-    for (const auto &row : rows) {
-        EXPECT_EQ(TrackingZone().update(row.desk, false), row.edges);
-        EXPECT_EQ(TrackingZone().update(row.head, true), row.edges);
+    const std::tuple<QVector3D, QVector3D, int> rows[] = {
+        {{0, 200, 0}, {0, 0, -300}, 0},
+        {{-101, 200, 0}, {-101, 0, -300}, HandZone::Left},
+        {{101, 200, 0}, {101, 0, -300}, HandZone::Right},
+        {{0, 49, 0}, {0, -101, -300}, HandZone::Bottom},
+        {{0, 401, 0}, {0, 51, -300}, HandZone::Top},
+        {{120, 30, 0}, {120, -130, -300}, HandZone::Right | HandZone::Bottom}};
+    for (const auto &[desk, head, edges] : rows) {
+        EXPECT_EQ(TrackingZone().update(desk, false), edges);
+        EXPECT_EQ(TrackingZone().update(head, true), edges);
     }
     TrackingZone zone;
     zone.update({-101, 200, 0}, false);
@@ -414,13 +407,11 @@ TEST(HandFrames, BadOnesDoNoHarm)
 TEST(FrameClock, TakesEachMomentOnceAndBelievesARestart)
 {
     FrameClock clock;
-    const struct
-    {
-        qint64 timestamp;
-        float seconds; // -1 for a frame that is left out
-    } rows[] = {{1000000, 0},     {1010000, 0.01F}, {1010000, -1}, {1005000, -1},
-                {1020000, 0.01F}, {2000000, 0},     {500, -1},     {1500, -1},
-                {2500, -1},       {3500, -1},       {4500, 0},     {14500, 0.01F}};
-    for (const auto &row : rows)
-        EXPECT_NEAR(clock.advance(row.timestamp).value_or(-1), row.seconds, 1e-6) << row.timestamp;
+    // -1 seconds for a frame that is left out.
+    const std::tuple<qint64, float> rows[] = {{1000000, 0},  {1010000, 0.01F}, {1010000, -1},
+                                              {1005000, -1}, {1020000, 0.01F}, {2000000, 0},
+                                              {500, -1},     {1500, -1},       {2500, -1},
+                                              {3500, -1},    {4500, 0},        {14500, 0.01F}};
+    for (const auto &[timestamp, seconds] : rows)
+        EXPECT_NEAR(clock.advance(timestamp).value_or(-1), seconds, 1e-6) << timestamp;
 }

@@ -2,11 +2,9 @@
 // program started with QT_QPA_GENERIC_PLUGINS=orbilensprobe, so that what is measured is the
 // program itself, unchanged. It reaches everything through the scene's context properties.
 //
-// Reads commands from standard input, a line each, and answers each with a line:
-// - get: camera, stereo mode and player as a JSON object; null before there is a player
-// - set WHERE NAME JSON: a property of "view", "builder", "player" or "loader"; answers ok
-// - call NAME [TEXT]: an invokable function of kGlobalObject with at most one text
-// - loader NAME [NUMBER]: a function of the scene's media loader
+// Reads lines from standard input and answers each with a line. What is none of the following is an
+// expression of the scene's root file, which sees its ids and context properties; its value comes
+// back as JSON, null before there is a player or where it fails.
 // - pixel X Y: colour on the screen at a fraction of the window's size
 // - first-frame: when the window first showed something, in nanoseconds of the steady clock
 // - picture-frame: when it first showed a medium's picture, likewise; 0 until then
@@ -15,11 +13,9 @@
 
 #include <QGenericPlugin>
 #include <QGuiApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QMatrix4x4>
-#include <QPointer>
 #include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QScreen>
@@ -28,7 +24,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 
 #include <unistd.h>
@@ -114,25 +109,6 @@ private:
                    : nullptr;
     }
     static QObject *view() { return context("kGlobalObject"); }
-    static QObject *loader()
-    {
-        // Asked for every few milliseconds while a start is measured.
-        static QPointer<QObject> found;
-        if (found)
-            return found;
-        for (QObject *item : playerView()->rootObject()->findChildren<QObject *>()) {
-            if (item->metaObject()->indexOfProperty("mediaPlayer") >= 0 &&
-                item->metaObject()->indexOfMethod(
-                    "processFileSource(QVariant,QVariant,QVariant,QVariant)") >= 0)
-                return found = item;
-        }
-        return nullptr;
-    }
-    static QObject *player()
-    {
-        const QObject *from = loader();
-        return from ? from->property("mediaPlayer").value<QObject *>() : nullptr;
-    }
 
     void readCommands()
     {
@@ -144,36 +120,15 @@ private:
         }
         m_pending.append(buffer, int(got));
         for (int end = m_pending.indexOf('\n'); end >= 0; end = m_pending.indexOf('\n')) {
-            const QList<QByteArray> words = m_pending.left(end).split(' ');
+            const QByteArray line = m_pending.left(end);
             m_pending.remove(0, end + 1);
-            answer(playerView() && player() ? execute(words) : QByteArray("null"));
+            answer(playerView() ? execute(line) : QByteArray("null"));
         }
     }
 
-    QByteArray execute(const QList<QByteArray> &words)
+    QByteArray execute(const QByteArray &line)
     {
-        const QByteArray argument = words.size() > 1 ? words.at(1) : QByteArray();
-        if (words.first() == "get")
-            return state();
-        if (words.first() == "set" && words.size() > 3)
-            return set(argument, words.at(2), words.mid(3).join(' '));
-        if (words.first() == "call") {
-            if (words.size() > 2)
-                QMetaObject::invokeMethod(
-                    view(), argument.constData(),
-                    Q_ARG(QString, QString::fromUtf8(words.mid(2).join(' '))));
-            else
-                QMetaObject::invokeMethod(view(), argument.constData());
-            return "ok";
-        }
-        if (words.first() == "loader") {
-            if (words.size() > 2)
-                QMetaObject::invokeMethod(loader(), argument.constData(),
-                                          Q_ARG(QVariant, words.at(2).toInt()));
-            else
-                QMetaObject::invokeMethod(loader(), argument.constData());
-            return "ok";
-        }
+        const QList<QByteArray> words = line.split(' ');
         if (words.first() == "pixel" && words.size() > 2) {
             // What stands on the screen; a frame drawn for the question could be another.
             const QQuickView *window = playerView();
@@ -181,7 +136,7 @@ private:
             if (image.isNull())
                 return "none"; // the window has not been drawn yet
             return image
-                .pixelColor(int(argument.toDouble() * image.width()),
+                .pixelColor(int(words.at(1).toDouble() * image.width()),
                             int(words.at(2).toDouble() * image.height()))
                 .name()
                 .toLatin1();
@@ -195,44 +150,21 @@ private:
             return "ok";
         }
         if (words.first() == "sweep" && words.size() > 2) {
-            m_steps = argument.toInt();
+            m_steps = words.at(1).toInt();
             m_sweep.setTimerType(Qt::PreciseTimer);
             m_sweep.start(words.at(2).toInt());
             return "ok";
         }
-        return "unknown";
+        return evaluated(line);
     }
 
-    static QByteArray state()
+    static QByteArray evaluated(const QByteArray &expression)
     {
-        QJsonObject state;
-        for (const char *name : {"yaw", "pitch", "roll", "fov"})
-            state.insert(QLatin1String(name), view()->property(name).toDouble());
-        const auto matrix = view()->property("rotationMatrix").value<QMatrix4x4>();
-        state.insert(QStringLiteral("direction"),
-                     std::atan2(double(matrix(2, 0)), double(matrix(0, 0))));
-        state.insert(QStringLiteral("stereoMode"),
-                     context("kShaderCodeBuilder")->property("stereoMode").toInt());
-        for (const char *name :
-             {"mediaSource", "playbackState", "playerStatus", "position", "duration"})
-            state.insert(QLatin1String(name), QJsonValue::fromVariant(player()->property(name)));
-        state.insert(QStringLiteral("nanoseconds"), double(nanoseconds()));
-        return QJsonDocument(state).toJson(QJsonDocument::Compact);
-    }
-
-    static QByteArray set(const QByteArray &where, const QByteArray &name, const QByteArray &json)
-    {
-        QObject *object = nullptr;
-        if (where == "view")
-            object = view();
-        else if (where == "builder")
-            object = context("kShaderCodeBuilder");
-        else if (where == "player")
-            object = player();
-        else if (where == "loader")
-            object = loader();
-        const QVariant value = QJsonDocument::fromJson('[' + json + ']')[0].toVariant();
-        return object && object->setProperty(name.constData(), value) ? "ok" : "refused";
+        QObject *root = playerView()->rootObject();
+        QQmlExpression json(QQmlEngine::contextForObject(root), root,
+                            "JSON.stringify(" + QString::fromUtf8(expression) + ')');
+        const QByteArray value = json.evaluate().toString().toUtf8();
+        return value.isEmpty() ? "null" : value;
     }
 
     void step()

@@ -12,6 +12,12 @@ namespace {
 
 constexpr int kPatienceMs = 60000;
 constexpr int kLookMs = 20;
+const char kState[] =
+    "(function(camera, player) { return {"
+    "yaw: camera.yaw, pitch: camera.pitch, roll: camera.roll, fov: camera.fov,"
+    "stereoMode: kShaderCodeBuilder.stereoMode, mediaSource: String(player.mediaSource),"
+    "playbackState: player.playbackState, position: player.position, duration: player.duration,"
+    "milliseconds: Date.now() } })(kGlobalObject, k_mediaLoader.mediaPlayer)";
 
 } // namespace
 
@@ -60,7 +66,7 @@ QByteArray ProbedPlayer::ask(const QByteArray &command)
 
 QJsonObject ProbedPlayer::state()
 {
-    return QJsonDocument::fromJson(ask("get")).object();
+    return QJsonDocument::fromJson(ask(kState)).object();
 }
 
 bool ProbedPlayer::waitFor(const std::function<bool(const QJsonObject &)> &condition)
@@ -77,7 +83,7 @@ bool ProbedPlayer::waitFor(const std::function<bool(const QJsonObject &)> &condi
 
 QList<QByteArray> ProbedPlayer::takeTrace()
 {
-    ask("get"); // what was said before its answer is here then
+    ask("null"); // what was said before its answer is here then
     QList<QByteArray> trace;
     trace.swap(m_trace);
     return trace;
@@ -85,7 +91,7 @@ QList<QByteArray> ProbedPlayer::takeTrace()
 
 int ProbedPlayer::quit()
 {
-    m_process.write("call quit\n");
+    m_process.write("kGlobalObject.quit()\n");
     if (!m_process.waitForFinished(kPatienceMs))
         return -1;
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;

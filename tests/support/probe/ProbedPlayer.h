@@ -25,7 +25,7 @@ public:
     /// The answer to one command of the probe; empty when none came.
     QByteArray ask(const QByteArray &command);
 
-    /// The state that the probe's "get" tells.
+    /// Camera, stereo mode and player, with the moment in milliseconds.
     QJsonObject state();
 
     /// Waits until the state satisfies @p condition.
