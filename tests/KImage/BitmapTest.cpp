@@ -4,6 +4,7 @@
 #include "KImage/Pictures.h"
 #include "foundation/KPoolMemManager.h"
 #include "foundation/KTemporaryFolder.h"
+#include "support/Files.h"
 
 #include <QColor>
 #include <QRegularExpression>
@@ -213,9 +214,7 @@ TEST(Bitmap, CacheGivesBackTheSamePixels)
     ASSERT_EQ(back.size(), bitmap.size());
     EXPECT_TRUE(std::equal(back.line(0), back.line(0) + back.byteCount(), bitmap.line(0)));
 
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = test::readFile(path);
     const test::Pictures files;
     QByteArray lying = bytes;
     lying[5] = '\x7F';

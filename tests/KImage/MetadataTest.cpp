@@ -7,8 +7,6 @@
 
 #include <QtEndian>
 
-#include <cmath>
-
 namespace {
 
 using MetadataText::kUnreadable;

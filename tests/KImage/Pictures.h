@@ -3,6 +3,7 @@
 // Picture files of one test, made by the tools that people make them with, in a folder that goes
 // with the object.
 
+#include "support/Files.h"
 #include <QByteArray>
 #include <QFile>
 #include <QProcess>
@@ -58,18 +59,9 @@ public:
 
     QString write(const QString &name, const QByteArray &bytes) const
     {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
+        return writeFile(path(name), bytes);
     }
-
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-        return file.readAll();
-    }
+    QByteArray read(const QString &name) const { return readFile(path(name)); }
 
     /// A small camera raw: a gray ramp as what a colour filter array saw.
     QString makeDng(const QString &name) const

@@ -1,13 +1,11 @@
 #include "KImage/CameraProperties.h"
 #include "KImage/LensIDProperties.h"
 #include "foundation/KException.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QTextStream>
-
-#include <cmath>
 
 namespace {
 
@@ -63,9 +61,8 @@ TEST(Tables, CamerasOfTheProgramAreFound)
 
 TEST(Tables, NoNameHidesALongerOneThatFollows)
 {
-    QFile file("Data:cameras.txt");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QList<CameraProperties::Entry> entries = cameras(QString::fromUtf8(file.readAll()));
+    const QList<CameraProperties::Entry> entries =
+        cameras(QString::fromUtf8(test::readFile("Data:cameras.txt")));
     EXPECT_GT(entries.size(), 2000);
     for (int i = 0; i < entries.size(); ++i) {
         for (int j = i + 1; j < entries.size() && entries.at(j).brand == entries.at(i).brand; ++j)

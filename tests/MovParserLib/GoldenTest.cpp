@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
-#include <memory>
 
 using namespace test;
 using namespace Orvex::MovParserLib;

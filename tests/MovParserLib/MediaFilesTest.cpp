@@ -2,11 +2,11 @@
 
 #include "MovParserLib/MovBytes.h"
 #include "MovParserLib/MovFileReader.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -143,11 +143,8 @@ TEST_F(MediaFiles, AreAnsweredAsFfprobeAnswers)
 
 TEST_F(MediaFiles, ATextTrackIsDescribed)
 {
-    const QString subtitles = folder.filePath(QStringLiteral("lines.srt"));
-    QFile file(subtitles);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("1\n00:00:00,000 --> 00:00:01,000\nHello\n");
-    file.close();
+    const QString subtitles = test::writeFile(folder.filePath(QStringLiteral("lines.srt")),
+                                              "1\n00:00:00,000 --> 00:00:01,000\nHello\n");
     const QString path =
         make(QStringLiteral("text.mov"),
              QStringLiteral("-i %1 -map 0:v -map 2:s -c:v libx264 -c:s mov_text").arg(subtitles),

@@ -1,7 +1,6 @@
 #include "MovParserLib/MovBytes.h"
+#include "support/Files.h"
 
-#include <QByteArray>
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace test {
@@ -98,11 +97,8 @@ Bytes movie(const Bytes &children)
 std::string fileOf(const Bytes &bytes, const char *name)
 {
     static QTemporaryDir folder;
-    QFile file(folder.filePath(QString::fromLatin1(name)));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(bytes.data(), qint64(bytes.size())) != qint64(bytes.size()))
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    return file.fileName().toStdString();
+    return writeFile(folder.filePath(QString::fromLatin1(name)), QByteArray::fromStdString(bytes))
+        .toStdString();
 }
 
 } // namespace test

@@ -5,7 +5,6 @@
 #include "MovParserLib/FourCC.h"
 
 #include <string>
-#include <vector>
 
 namespace test {
 

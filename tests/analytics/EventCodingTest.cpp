@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 #include <QLocale>
 #include <QSysInfo>
-#include <QUrl>
 
 namespace {
 

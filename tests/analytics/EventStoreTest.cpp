@@ -2,11 +2,11 @@
 #include "analytics/KAnalyticsEvent.h"
 #include "analytics/KAnalyticsFile.h"
 #include "foundation/KBinaryJson.h"
+#include "support/Files.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -30,18 +30,8 @@ struct Store
         return db;
     }
 
-    void write(const QByteArray &bytes) const
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-
-    QByteArray read() const
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
+    void write(const QByteArray &bytes) const { test::writeFile(path, bytes); }
+    QByteArray read() const { return test::readFile(path); }
 };
 
 KAnalyticsEvent *event(const QString &name)

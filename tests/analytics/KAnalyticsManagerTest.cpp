@@ -1,6 +1,7 @@
 #include "analytics/KAnalyticsManager.h"
 #include "analytics/KAnalyticsProvider.h"
 #include "support/HttpServer.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -123,7 +124,7 @@ TEST_P(KAnalyticsManagerTest, TimersCountersAndActionsInOneBatch)
     EXPECT_TRUE(all.takeAt(3).startsWith("c/t="));
     EXPECT_EQ(all.mid(0, 3), QStringList({"c/a=text", "c/b=true", "c/made="}));
     EXPECT_TRUE(all.contains("c/k=1") && all.contains("c/down=-1"));
-    EXPECT_TRUE(test::eventually([&] { return gone.count() == 1; }));
+    EXPECT_SOON(gone.count() == 1);
     EXPECT_EQ(flushed(), QStringList());
 }
 

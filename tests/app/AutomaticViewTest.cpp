@@ -13,8 +13,10 @@
 #include "render/OrbilensView.h"
 #include "settings/KSettings.h"
 #include "settings/KSettingsManager.h"
+#include "support/Files.h"
 #include "support/HttpServer.h"
 #include "support/PanoramaReference.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 #include "video/YuvReference.h"
 
@@ -113,11 +115,10 @@ protected:
         const QString raw = folder.filePath("frame.yuv");
         tool("ffmpeg", {"-v", "error", "-y", "-i", path, "-frames:v", "1", "-f", "rawvideo",
                         "-pix_fmt", "yuv420p", raw});
-        QFile file(raw);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         const int pixels = kFrame.width() * kFrame.height();
-        const QByteArray luma = file.read(pixels);
-        EXPECT_EQ(file.size(), pixels * 3 / 2);
+        const QByteArray planes = test::readFile(raw);
+        EXPECT_EQ(planes.size(), pixels * 3 / 2);
+        const QByteArray luma = planes.left(pixels);
         QImage image(kFrame, QImage::Format_RGB32);
         for (int i = 0; i < luma.size(); ++i) {
             constexpr double kNoColour = 128 / 255.0;
@@ -132,8 +133,7 @@ protected:
     void open(const QString &path)
     {
         camera->openFile(path);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() > 0; }, 20000))
-            << qPrintable(path);
+        EXPECT_SOON(textures->textureId() > 0) << qPrintable(path);
     }
 
     /// Where the panorama lies in the window.
@@ -282,13 +282,11 @@ TEST_F(AutomaticView, AStillIsShownAnewWhenItsOptionsChange)
     for (const auto &row : rows) {
         if (row.key)
             store->Set(row.key, row.value);
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                const int seen = level();
-                return seen >= row.darkest && seen <= row.brightest;
-            },
-            20000))
-            << (row.key ? row.key : "as opened") << ": " << level();
+        EXPECT_TRUE(test::soon([&] {
+            const int seen = level();
+            return seen >= row.darkest && seen <= row.brightest;
+        })) << (row.key ? row.key : "as opened")
+            << ": " << level();
     }
     const int edition = application->stillOptions()->edition();
     store->Set("image/exifForcedFocal35mm", 20);

@@ -1,6 +1,7 @@
 #include "app/KImageProvider.h"
 
 #include "support/HttpServer.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -108,7 +109,7 @@ TEST(ImageProvider, TakesStillsOfAServerWithinTheSameLimits)
     const std::unique_ptr<QQuickImageResponse> response(
         provider.requestImageResponse(id("/silent.png"), {}));
     QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
-    ASSERT_TRUE(test::eventually([&] { return server.requests.last().line.contains("silent"); }));
+    ASSERT_SOON(server.requests.last().line.contains("silent"));
     response->cancel();
     EXPECT_TRUE(!finished.isEmpty() || finished.wait(20000));
 }

@@ -4,6 +4,8 @@
 #include "app/PlayListReader.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -65,10 +67,7 @@ protected:
 
     QString write(const QString &name, const QByteArray &text = "x")
     {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        return file.fileName();
+        return test::writeFile(folder.filePath(name), text);
     }
 
     QStringList taken()
@@ -238,7 +237,7 @@ TEST_F(PlayList, StillsAdvanceByTheirTimer)
     settings->set("application/playlist/imageDisplayDuration", 0.05);
     list->openFiles(QStringList{"/a.jpg", "/b.jpg"});
     list->startTimerNextImage();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list->playListIndex() == 1; }, 5000));
+    EXPECT_SOON(list->playListIndex() == 1);
 
     // Paused, nothing moves; resumed, the still keeps three seconds.
     list->startTimerNextImage();
@@ -259,7 +258,7 @@ TEST_F(PlayList, StillsAdvanceByTheirTimer)
     for (const int mode : {KGlobalObject::NoLoop, KGlobalObject::LoopMedium}) {
         settings->set("instance/general/loopMode", mode);
         list->startTimerNextImage();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !loader.calls.isEmpty(); }, 5000));
+        EXPECT_SOON(!loader.calls.isEmpty());
         EXPECT_EQ(taken(), QStringList{mode == KGlobalObject::NoLoop ? "stop" : "play"});
     }
 }

@@ -1,40 +1,27 @@
 // The installed program driven from outside on a desktop of its own: what a person sees and does.
 
 #include "support/Desktop.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QSettings>
 #include <QThread>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace {
 
 const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
 const QString kFilm = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4");
-constexpr int kPatienceMs = 30000;
 // Of the window as it first comes up.
 constexpr int kWidth = 1000;
 constexpr int kHeight = 600;
 constexpr int kPlayButtonWidth = 60;
-
-bool eventually(const std::function<bool()> &condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < kPatienceMs) {
-        if (condition())
-            return true;
-        QThread::msleep(100);
-    }
-    return false;
-}
 
 int countOf(const QImage &image, QRgb colour)
 {
@@ -57,7 +44,7 @@ protected:
         player.setProcessEnvironment(desktop.environment(home.path()));
         player.setProcessChannelMode(QProcess::MergedChannels);
         player.start(QStringLiteral(ORBILENS_PLAYER), arguments);
-        ASSERT_TRUE(player.waitForStarted(kPatienceMs));
+        ASSERT_TRUE(player.waitForStarted(test::kPatienceMs));
         window = desktop.windowOf(player);
         ASSERT_FALSE(window.isEmpty());
     }
@@ -68,7 +55,7 @@ protected:
         // A busy machine may still be putting the window up when the first key comes.
         for (int i = 0; i < 3 && player.state() != QProcess::NotRunning; ++i) {
             desktop.xdotool({"windowactivate", "--sync", window, "key", "alt+F4"});
-            player.waitForFinished(kPatienceMs / 3);
+            player.waitForFinished(test::kPatienceMs / 3);
         }
         if (player.state() != QProcess::NotRunning)
             return -1;
@@ -86,7 +73,7 @@ protected:
         point(x, y);
         desktop.xdotool({"click", "1"});
         QImage last;
-        EXPECT_TRUE(eventually([&] {
+        EXPECT_TRUE(test::soon([&] {
             const QImage now = desktop.screenshot("clicked");
             return std::exchange(last, now) == now;
         }));
@@ -104,7 +91,7 @@ protected:
     /// Opens the settings by their key and waits until the mark of the category shows.
     void openSettings()
     {
-        ASSERT_TRUE(eventually([this] {
+        ASSERT_TRUE(test::soon([this] {
             desktop.xdotool({"windowactivate", "--sync", window, "key", "ctrl+comma"});
             return countOf(desktop.screenshot("settings"), qRgb(0x00, 0xa2, 0xdd)) >= 4 * 30;
         }));
@@ -177,7 +164,7 @@ TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
     store({{"application/general/cameraInertia", 0}});
     start({kSample});
     RedCube before;
-    ASSERT_TRUE(eventually([&] {
+    ASSERT_TRUE(test::soon([&] {
         before = findRedCube(desktop.screenshot("still"));
         return before.pixels > 500;
     })) << output();
@@ -188,7 +175,7 @@ TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
         point(x, 300);
     desktop.xdotool({"mouseup", "1"});
     RedCube dragged;
-    EXPECT_TRUE(eventually([&] {
+    EXPECT_TRUE(test::soon([&] {
         dragged = findRedCube(desktop.screenshot("dragged"));
         return dragged.column > before.column + 20;
     })) << "the picture follows the finger: "
@@ -196,12 +183,11 @@ TEST_F(Program, ShowsTheStillLooksAroundAndKeepsItsSettings)
 
     for (int i = 0; i < 8; ++i)
         desktop.xdotool({"click", "5"});
-    EXPECT_TRUE(eventually([&] {
-        return findRedCube(desktop.screenshot("zoomed")).pixels < dragged.pixels * 3 / 4;
-    })) << "the wheel opens the field of view";
+    EXPECT_SOON(findRedCube(desktop.screenshot("zoomed")).pixels < dragged.pixels * 3 / 4)
+        << "the wheel opens the field of view";
 
     desktop.xdotool({"windowsize", "--sync", window, "900", "500"});
-    EXPECT_TRUE(eventually([&] { return desktop.screenshot("resized").width() > 0; }));
+    EXPECT_SOON(desktop.screenshot("resized").width() > 0);
     EXPECT_EQ(close(), 0);
     EXPECT_EQ(output(), "") << "a normal run says nothing";
 
@@ -226,18 +212,18 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
            {"application/playlist/imageDisplayDurationNone", true}});
     start({});
     const auto showsTitle = [&](int i) {
-        return eventually([&] {
+        return test::soon([&] {
             return QString::fromUtf8(desktop.xdotool({"getwindowname", window}).toLatin1())
                 .endsWith('/' + names[i]);
         });
     };
     const auto cubeShows = [&](const char *name) {
-        return eventually([&] { return findRedCube(desktop.screenshot(name)).pixels > 500; });
+        return test::soon([&] { return findRedCube(desktop.screenshot(name)).pixels > 500; });
     };
     QProcess files;
     files.setProcessEnvironment(desktop.environment(home.path()));
     files.start(QStringLiteral(ORBILENS_DRAG_SOURCE), {media.path()});
-    ASSERT_TRUE(files.waitForStarted(kPatienceMs));
+    ASSERT_TRUE(files.waitForStarted(test::kPatienceMs));
     const QString source = desktop.windowOf(files);
     ASSERT_FALSE(source.isEmpty());
     const auto drops = [&] {
@@ -262,12 +248,11 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
 
     const int cube = findRedCube(desktop.screenshot("folder-dropped")).pixels;
     keys({"ctrl+3"});
-    EXPECT_TRUE(eventually(
-        [&] { return findRedCube(desktop.screenshot("folder-little-planet")).pixels < cube / 3; }));
+    EXPECT_SOON(findRedCube(desktop.screenshot("folder-little-planet")).pixels < cube / 3);
     keys({"ctrl+1"});
     EXPECT_TRUE(cubeShows("folder-orvex"));
     keys({"ctrl+p"});
-    EXPECT_TRUE(eventually([&] {
+    EXPECT_TRUE(test::soon([&] {
         const QStringList taken = QDir(media.path()).entryList({"ORBLP_*.png"});
         return !taken.isEmpty() && findRedCube(QImage(media.filePath(taken[0]))).pixels > 500;
     })) << "a snapshot lies in the folder for them";
@@ -280,12 +265,12 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     const auto seeks = [&](double to, const char *name) {
         point(int(kWidth * to), line);
         desktop.xdotool({"click", "1"});
-        return eventually([&] {
+        return test::soon([&] {
             const QImage screen = desktop.screenshot(name);
             return std::abs(playedColumns(screen) - kWidth * to) < kWidth / 20;
         });
     };
-    EXPECT_TRUE(eventually([&] { return playedColumns(desktop.screenshot("folder-film")) > 0; }));
+    EXPECT_SOON(playedColumns(desktop.screenshot("folder-film")) > 0);
     keys({"space"});
     EXPECT_TRUE(seeks(0.2, "folder-sought"));
     EXPECT_TRUE(seeks(0.8, "folder-sought-again"));
@@ -296,9 +281,9 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
         return desktop.xdotool({"getwindowgeometry", window}).contains("1280x800");
     };
     keys({"f"});
-    EXPECT_TRUE(eventually(filled));
+    EXPECT_TRUE(test::soon(filled));
     keys({"Escape"});
-    EXPECT_TRUE(eventually([&] { return !filled(); }));
+    EXPECT_SOON(!filled());
 
     keys({"alt+Right"});
     EXPECT_TRUE(showsTitle(2));
@@ -307,10 +292,10 @@ TEST_F(Program, PlaysADroppedFolderByMouseAndKeys)
     keys({"alt+Left"});
     EXPECT_TRUE(showsTitle(2));
     keys({"ctrl+q"});
-    ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+    ASSERT_TRUE(player.waitForFinished(test::kPatienceMs));
     // The player answers the drop after it has taken it, so its source must not go before.
     files.terminate();
-    EXPECT_TRUE(files.waitForFinished(kPatienceMs));
+    EXPECT_TRUE(files.waitForFinished(test::kPatienceMs));
     EXPECT_EQ(player.exitCode(), 0);
     EXPECT_EQ(output(), "") << "a normal run says nothing";
     EXPECT_GT(stored("application/volume").toDouble(), 0.5) << "muting is not kept";
@@ -325,29 +310,23 @@ TEST_F(Program, RestartsToApplyAndComesBackWithIt)
     click(619, 229); // url decoding: movies
     desktop.screenshot("restart-to-apply");
     click(160, 65); // restart
-    ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+    ASSERT_TRUE(player.waitForFinished(test::kPatienceMs));
     EXPECT_EQ(player.exitCode(), 123456789 & 0xff);
     EXPECT_EQ(stored("application/communication/state").toString(), "slave");
     EXPECT_EQ(stored("application/communication/urlMode").toInt(), 1);
 
     // The next program is nobody's child; a slave listens on its port.
     QString next;
-    ASSERT_TRUE(eventually([&] {
+    ASSERT_TRUE(test::soon([&] {
         next = desktop.xdotool({"search", "--onlyvisible", "--name", "^Orbilens Player"});
         return !next.isEmpty();
     }));
-    EXPECT_TRUE(eventually([] {
-        QByteArray sockets;
-        for (const char *table : {"/proc/net/udp", "/proc/net/udp6"}) {
-            QFile file(table);
-            if (file.open(QIODevice::ReadOnly))
-                sockets += file.readAll();
-        }
-        return sockets.contains(":1E4B "); // 7755
-    }));
+    const QByteArray port = ":1E4B "; // 7755
+    EXPECT_SOON(
+        (test::readFile("/proc/net/udp") + test::readFile("/proc/net/udp6")).contains(port));
     const QString pid = desktop.xdotool({"getwindowpid", next});
     desktop.xdotool({"windowactivate", "--sync", next, "key", "alt+F4"});
-    EXPECT_TRUE(eventually([&] { return !QFile::exists("/proc/" + pid); }));
+    EXPECT_SOON(!QFile::exists("/proc/" + pid));
     EXPECT_EQ(stored("application/communication/state").toString(), "slave");
 }
 
@@ -366,13 +345,13 @@ TEST_F(Program, AChordOpensTheCrashManager)
         desktop.xdotool({"windowactivate", "--sync", window, "keydown", "ctrl", "keydown", "shift",
                          "keydown", "c", "keydown", "h", "keyup", "c", "keyup", "h", "keyup",
                          "shift", "keyup", "ctrl"});
-        return eventually([&] { return !reporter().isEmpty(); });
+        return test::soon([&] { return !reporter().isEmpty(); });
     };
     ASSERT_TRUE(chordOpensIt() || chordOpensIt()) << "the first may come before the focus";
     QThread::msleep(500);
     desktop.screenshot("crash-manager");
     desktop.xdotool({"windowactivate", "--sync", reporter(), "key", "Escape"});
-    EXPECT_TRUE(eventually([&] { return reporter().isEmpty(); }));
+    EXPECT_SOON(reporter().isEmpty());
     EXPECT_EQ(close(), 0);
 }
 
@@ -390,7 +369,7 @@ TEST_F(Program, AnswersQuestionsWithoutADisplayAndRefusesUnknownOptions)
             environment = desktop.environment(home.path());
         player.setProcessEnvironment(environment);
         player.start(QStringLiteral(ORBILENS_PLAYER), {argument});
-        ASSERT_TRUE(player.waitForFinished(kPatienceMs));
+        ASSERT_TRUE(player.waitForFinished(test::kPatienceMs));
         EXPECT_EQ(player.exitCode(), status);
         EXPECT_TRUE(player.readAll().contains(text)) << argument;
     }

@@ -5,10 +5,11 @@
 #include "app/Deployment.h"
 #include "app/KGlobalObject.h"
 #include "app/KQQuickView.h"
-#include "render/KShaderCodeBuilder.h"
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
+#include "support/Files.h"
 #include "support/HttpServer.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 #include "video/YuvReference.h"
 
@@ -17,7 +18,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMessageBox>
 #include <QProcess>
 #include <QQuickItem>
@@ -65,10 +65,8 @@ protected:
     static void damageTheStoreOfEvents()
     {
         const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DataLocation));
-        QDir().mkpath(folder.path());
-        QFile store(folder.filePath("68c4283db8074b12df1660b31c0220a9"));
-        ASSERT_TRUE(store.open(QIODevice::WriteOnly));
-        store.write(QByteArray(20000, 'x'));
+        test::writeFile(folder.filePath("68c4283db8074b12df1660b31c0220a9"),
+                        QByteArray(20000, 'x'));
     }
 
     Scene()
@@ -82,16 +80,12 @@ protected:
     void open(const QString &path)
     {
         camera->openFile(path);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() > 0; }, 20000))
-            << qPrintable(path);
+        EXPECT_SOON(textures->textureId() > 0) << qPrintable(path);
     }
 
     QString write(const QString &name, const QByteArray &bytes = "x") const
     {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
+        return test::writeFile(folder.filePath(name), bytes);
     }
 
     void drag(const QPoint &from, const QList<QPoint> &path)
@@ -150,7 +144,7 @@ TEST_F(Scene, AStillReachesTheViewWithItsSize)
     for (int time = 1; time <= 2; ++time) {
         open(kSample);
         EXPECT_EQ(textures->textureSize(), QSize(4096, 2048));
-        EXPECT_TRUE(QTest::qWaitFor([&] {
+        EXPECT_TRUE(test::soon([&] {
             const auto metadata = camera->mediaPlayer()->property("fileMetadata").toMap();
             return metadata.value("Texture size").toSize() == QSize(4096, 2048);
         })) << time;
@@ -158,7 +152,7 @@ TEST_F(Scene, AStillReachesTheViewWithItsSize)
     EXPECT_EQ(view->QWindow::title(), "Orbilens Player - file://" + kSample);
     EXPECT_GT(view->maxTextureSize().width(), 0);
     EXPECT_TRUE(view->gpuInfo().contains("Maximum texture size"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view->fps() > 0; }, 5000));
+    EXPECT_SOON(view->fps() > 0);
 }
 
 TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
@@ -169,9 +163,7 @@ TEST_F(Scene, APictureBeyondTheDriversLimitIsScaledDown)
     wide.fill(Qt::green);
     ASSERT_TRUE(wide.save(folder.filePath("wide.png")));
     camera->openFile(folder.filePath("wide.png"));
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return textures->textureSize().width() == limit && textures->textureId() > 0; },
-        20000));
+    EXPECT_SOON(textures->textureSize().width() == limit && textures->textureId() > 0);
 }
 
 TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
@@ -186,9 +178,7 @@ TEST_F(Scene, ColoursOfAFilmReachTheScreenAsTheConversionSays)
                                             "-pix_fmt", "yuv420p", "-c:v", "libx264", film}));
         ASSERT_EQ(0, QProcess::execute("ffmpeg", {"-v", "error", "-i", film, "-frames:v", "1", "-f",
                                                   "rawvideo", "-pix_fmt", "yuv420p", frame}));
-        QFile raw(frame);
-        ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
-        const QByteArray bytes = raw.readAll();
+        const QByteArray bytes = test::readFile(frame);
         ASSERT_EQ(bytes.size(), 64 * 32 * 3 / 2);
         const auto sample = [&bytes](int at) { return quint8(bytes[at]) / 255.0; };
         // The converter leaves blue first, and the view puts red first again.
@@ -233,12 +223,8 @@ TEST_F(Scene, DraggingTurnsTheCameraBeyondAThreshold)
     settings->set("application/general/cameraInertia", 60);
     camera->resetYawPitchRollFov();
     drag({300, 300}, {{320, 300}});
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-            return qFuzzyCompare(camera->yaw(),
-                                 20 * 10 * kMoveSpeed * (camera->touchMode() ? -1 : 1));
-        },
-        5000));
+    EXPECT_SOON(
+        qFuzzyCompare(camera->yaw(), 20 * 10 * kMoveSpeed * (camera->touchMode() ? -1 : 1)));
     settings->set("application/general/cameraInertia", 100000);
     camera->resetYawPitchRollFov();
     drag({300, 300}, {{320, 300}});
@@ -284,14 +270,14 @@ TEST_F(Scene, DoubleClickAsksForFullScreenAfterADelay)
     QSignalSpy states(view, &KQQuickView::fullScreenChanged);
     QTest::mouseDClick(view, Qt::LeftButton, {}, besideTheButtons);
     EXPECT_EQ(states.count(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view->fullScreen(); }, 5000));
+    EXPECT_SOON(view->fullScreen());
     const QVariant width = settings->get("application/window/width");
     QTest::qWait(50);
     EXPECT_EQ(settings->get("application/window/width"), width) << "a screen's size is no choice";
     // The screen of the start answers too.
     QMetaObject::invokeMethod(camera->mediaLoader(), "stop");
     QTest::mouseDClick(view, Qt::LeftButton, {}, besideTheButtons);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !view->fullScreen(); }, 5000));
+    EXPECT_SOON(!view->fullScreen());
     open(kSample);
 }
 
@@ -316,16 +302,14 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
     for (const auto &[path, text, index] : rows) {
         open(kSample);
         camera->openFile(path);
-        EXPECT_TRUE(QTest::qWaitFor(
-            [] { return qApp->modalWindow() && qApp->modalWindow()->isExposed(); }, 5000))
-            << path.toStdString();
+        EXPECT_SOON(qApp->modalWindow() && qApp->modalWindow()->isExposed()) << path.toStdString();
         auto *dialog = view->rootObject()->findChild<QObject *>("messageDialog");
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->property("text").toString().toStdString(), text);
         EXPECT_EQ(camera->mediaPlayer()->property("mediaSource").toUrl(), QUrl());
         EXPECT_EQ(camera->playListIndex(), index);
         QMetaObject::invokeMethod(dialog, "close");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return textures->textureId() == 0; }, 5000));
+        EXPECT_SOON(textures->textureId() == 0);
     }
     open(kSample);
     QMetaObject::invokeMethod(camera->mediaLoader(), "stop");
@@ -337,9 +321,7 @@ TEST_F(Scene, WhatCannotPlayIsSaidInADialog)
 
 TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
 {
-    QFile sample(kSample);
-    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
-    const QByteArray bytes = sample.readAll();
+    const QByteArray bytes = test::readFile(kSample);
     QQuickItem *panorama = item("orbilensView");
     ASSERT_NE(panorama, nullptr);
     const QStringList files{folder.filePath("missing.jpg"), write("empty.jpg", ""),
@@ -348,12 +330,8 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
                             write("noise.png", QByteArray(5000, 'x'))};
     for (const QString &file : files) {
         camera->openFile(file);
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                return camera->mediaPlayer()->property("errorString").toString() ==
-                       QStringLiteral("An error occurred while loading the image");
-            },
-            10000));
+        EXPECT_SOON(camera->mediaPlayer()->property("errorString").toString() ==
+                    QStringLiteral("An error occurred while loading the image"));
         EXPECT_EQ(textures->textureId(), 0) << file.toStdString();
         // A picture of the view that cannot be taken any more is not taken of the next medium.
         EXPECT_EQ(panorama->property("printScreenRequested"), 0);
@@ -369,7 +347,7 @@ TEST_F(Scene, BadStillsLeaveAMessageAndTheProgramAlive)
 
 TEST_F(Scene, UsageIsReportedOverADamagedStore)
 {
-    EXPECT_TRUE(QTest::qWaitFor([] { return collector->requests.size() == 8; }, 10000));
+    EXPECT_SOON(collector->requests.size() == 8);
 }
 
 TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
@@ -390,18 +368,16 @@ TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
     QQuickItem *log = nullptr;
     // The panel is made piece by piece; its loader has it when it is whole.
     const QQuickItem *frame = item("popupLoader");
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            log = item("changeLog");
-            return log && frame->property("item").value<QQuickItem *>();
-        },
-        10000));
+    ASSERT_TRUE(test::soon([&] {
+        log = item("changeLog");
+        return log && frame->property("item").value<QQuickItem *>();
+    }));
     EXPECT_TRUE(log->property("text").toString().contains("<li>Change 30"));
     EXPECT_FALSE(log->property("text").toString().contains("img"));
     EXPECT_THAT(item("released")->property("text").toString().toStdString(),
                 testing::HasSubstr("2026"));
     EXPECT_TRUE(item("installerButton")->isEnabled());
-    EXPECT_TRUE(QTest::qWaitFor([frame] { return frame->y() == 0; }, 5000));
+    EXPECT_SOON(frame->y() == 0);
     const QString pictures = QStringLiteral(ORBILENS_BINARY_DIR "/screenshots/");
     EXPECT_TRUE(QDir().mkpath(pictures));
     EXPECT_TRUE(view->grabWindow().save(pictures + "update.png"));
@@ -409,7 +385,7 @@ TEST_F(Scene, ANewVersionIsOfferedWithItsChangeLog)
     view->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(view, 5000));
     QTest::keyClick(view, Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return item("changeLog") == nullptr; }, 5000));
+    EXPECT_SOON(item("changeLog") == nullptr);
     EXPECT_EQ(updates->requests.size(), 2);
 
     version = "2.3.1.400_2026-01-01";

@@ -2,6 +2,7 @@
 #include "analytics/KAnalyticsManager.h"
 #include "app/Deployment.h"
 #include "support/HttpServer.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -103,7 +104,7 @@ TEST_F(UsageReportTest, AnUsualRunAndTheNextOne)
         ProgramRun run(Consent::Given);
         run.report.sendStart(kStart);
         run.report.sendDevices(true, false, Consent::Given);
-        ASSERT_TRUE(test::eventually([&] { return run.server.requests.size() == 16; }));
+        ASSERT_SOON(run.server.requests.size() == 16);
         EXPECT_EQ(run.arrived(), expected);
         run.report.end(Consent::Given);
         test::settle();
@@ -111,7 +112,7 @@ TEST_F(UsageReportTest, AnUsualRunAndTheNextOne)
     }
     ProgramRun next(Consent::Given);
     next.report.sendDevices(false, false, Consent::Given);
-    ASSERT_TRUE(test::eventually([&] { return next.server.requests.size() == 6; }));
+    ASSERT_SOON(next.server.requests.size() == 6);
     EXPECT_EQ(next.arrived(), QStringList({"EXECUTION TIME", "HMD", "LEAP MOTION"}));
 }
 

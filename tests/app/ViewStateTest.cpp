@@ -3,15 +3,15 @@
 #include "render/CameraMath.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -207,14 +207,13 @@ TEST_F(ViewState, AnimationsRunThroughTheSeamAndAddUp)
 {
     state->setYaw(3);
     state->interpolateValue("yawInterpolate", 3.5F, 60);
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return qFuzzyCompare(state->yawInterpolate(), 3.5F); }, 5000));
+    EXPECT_SOON(qFuzzyCompare(state->yawInterpolate(), 3.5F));
     EXPECT_NEAR(state->yaw(), 3.5 - 2 * kPi, 1e-5);
 
     state->setFov(100);
     state->interpolateValue("fov", 10, 10000, true);
     state->interpolateValue("fov", 10, 30, true); // on top of the target of the running one
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qFuzzyCompare(state->fov(), 120.0F); }, 5000));
+    EXPECT_SOON(qFuzzyCompare(state->fov(), 120.0F));
 
     state->interpolateValue("yaw", 1, 10000);
     state->stopCameraAnimation();
@@ -230,18 +229,14 @@ TEST_F(ViewState, CameraPathBesideAFilmMovesTheView)
 {
     QTemporaryDir folder;
     const QUrl film = QUrl::fromLocalFile(folder.filePath("film.mp4"));
-    const auto write = [&](const QByteArray &text) {
-        QFile file(folder.filePath("film.json"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    };
-    write("[{\"points\":[{\"ts\":1,\"yaw\":10}]}]");
+    const QString path = folder.filePath("film.json");
+    test::writeFile(path, "[{\"points\":[{\"ts\":1,\"yaw\":10}]}]");
     state->buildKeyPoints(film);
     state->interpolateKeyPoints(1000);
     EXPECT_EQ(state->yaw(), 0) << "one point is no path";
 
-    write("[{\"points\":[{\"ts\":0,\"fov\":90,\"projection\":\"fisheye\"},"
-          "{\"ts\":2,\"yaw\":40,\"pitch\":20,\"fov\":110}]}]");
+    test::writeFile(path, "[{\"points\":[{\"ts\":0,\"fov\":90,\"projection\":\"fisheye\"},"
+                          "{\"ts\":2,\"yaw\":40,\"pitch\":20,\"fov\":110}]}]");
     state->buildKeyPoints(film);
     state->interpolateKeyPoints(2000);
     expectAngles(40 * kPi / 180, 20 * kPi / 180, 0, 1e-4);
@@ -286,13 +281,12 @@ TEST_F(ViewState, DisplayAndTouchFollowTheSettingsOfThisRun)
 TEST_F(ViewState, AFolderIsWritableWhereItOrWhatItWillStandInIs)
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath("file"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QString file = test::writeFile(folder.filePath("file"));
     const std::tuple<QUrl, bool> rows[] = {
         {QUrl::fromLocalFile(folder.path()), true},
         {QUrl::fromLocalFile(folder.filePath("new/deeper")), true},
-        {QUrl::fromLocalFile(file.fileName()), false},
-        {QUrl::fromLocalFile(file.fileName() + "/below"), false},
+        {QUrl::fromLocalFile(file), false},
+        {QUrl::fromLocalFile(file + "/below"), false},
         {QUrl("http://host/folder"), false},
         {QUrl(), false},
         {QUrl("file:"), false}};

@@ -1,5 +1,6 @@
 // A real run of the program is made to crash; what it leaves is read by Breakpad's own walker.
 
+#include "support/Files.h"
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -26,12 +27,11 @@ public:
     explicit Player(const QString &fault, const QStringList &arguments = {})
     {
         EXPECT_TRUE(QFile::copy(PLAYER, folder.filePath("orbilens-player")));
-        QFile reporter(folder.filePath("KCrashReporter_linux"));
-        EXPECT_TRUE(reporter.open(QIODevice::WriteOnly));
-        reporter.write("#!/bin/sh\nprintf '%s\\n' \"$PWD\" \"$@\" > told.part\n"
-                       "mv told.part told\n");
-        reporter.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
-        reporter.close();
+        const QString reporter = test::writeFile(folder.filePath("KCrashReporter_linux"),
+                                                 "#!/bin/sh\n"
+                                                 "printf '%s\\n' \"$PWD\" \"$@\" > told.part\n"
+                                                 "mv told.part told\n");
+        QFile::setPermissions(reporter, QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
         EXPECT_TRUE(QDir(folder.path()).mkdir("tmp"));
 
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

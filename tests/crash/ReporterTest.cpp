@@ -1,6 +1,8 @@
 #include "crash/CrashHandler.h"
 #include "crash/KCrashReportProcess.h"
 #include "crash/reporter/ReporterWindow.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -28,10 +30,9 @@ QString textsOf(const QWidget &window)
 TEST(Reporter, TellsWhatHappenedByWords)
 {
     const QTemporaryDir folder;
-    QFile dump(folder.filePath("id.dmp"));
-    ASSERT_TRUE(dump.open(QIODevice::WriteOnly));
+    const QString dump = test::writeFile(folder.filePath("id.dmp"));
     const std::tuple<const char *, bool, QString, const char *> rows[] = {
-        {"id", false, dump.fileName(), "Nothing has been sent"},
+        {"id", false, dump, "Nothing has been sent"},
         {"gone", false, folder.path(), "could not be written"},
         {"", true, folder.path(), "Nothing has crashed"}};
     for (const auto &[id, manual, path, words] : rows) {
@@ -62,8 +63,7 @@ TEST(Reporter, WorksByKeys)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
     // A button that is pressed by its key clicks a moment later.
-    EXPECT_TRUE(
-        QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == "/tmp/dumps"; }));
+    EXPECT_SOON(QGuiApplication::clipboard()->text() == "/tmp/dumps");
     QTest::keyClick(&window, Qt::Key_Return);
     EXPECT_FALSE(window.isVisible());
     window.show();
@@ -76,16 +76,13 @@ TEST(Reporter, OpensAtTheUsersWishWithoutADump)
     QFile reporter(QCoreApplication::applicationDirPath() + "/KCrashReporter_linux");
     const QTemporaryDir folder;
     const QString told = folder.filePath("told");
-    ASSERT_TRUE(reporter.open(QIODevice::WriteOnly));
-    reporter.write("#!/bin/sh\nprintf '%s|' \"$@\" > \"$1/part\"; mv \"$1/part\" \"$1/told\"\n");
+    test::writeFile(reporter.fileName(),
+                    "#!/bin/sh\nprintf '%s|' \"$@\" > \"$1/part\"; mv \"$1/part\" \"$1/told\"\n");
     reporter.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
-    reporter.close();
 
     CrashHandler handler({folder.path(), "p", "1.2", "C", "", 0});
     handler.showReporter();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(told); }, 10000));
-    QFile file(told);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), folder.path().toUtf8() + "|p||1.2|C||||1|");
+    EXPECT_SOON(QFile::exists(told));
+    EXPECT_EQ(test::readFile(told), folder.path().toUtf8() + "|p||1.2|C||||1|");
     EXPECT_TRUE(reporter.remove());
 }

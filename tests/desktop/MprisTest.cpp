@@ -3,13 +3,13 @@
 #include "desktop/MprisService.h"
 
 #include "desktop/SessionBus.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QTest>
 
 namespace {
 
@@ -62,8 +62,7 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(panel.isConnected());
-        ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return panel.interface()->isServiceRegistered(kName).value(); }, 10000));
+        ASSERT_SOON(panel.interface()->isServiceRegistered(kName).value());
     }
 
     /// What a call comes back with; nothing here may wait for it without events, as the service
@@ -74,7 +73,7 @@ protected:
             QDBusMessage::createMethodCall(kName, "/org/mpris/MediaPlayer2", interface, method);
         message.setArguments(arguments);
         const QDBusPendingCall pending = panel.asyncCall(message);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return pending.isFinished(); }, 10000));
+        EXPECT_SOON(pending.isFinished());
         return pending.reply();
     }
 
@@ -183,7 +182,7 @@ TEST_F(Mpris, TellsWhatPlaysAndAnnouncesOnlyWhatChanged)
     paused.playback = PlayerStatus::Playback::Paused;
     paused.fullScreen = true;
     service.update(paused);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return heard.properties.size() == 2; }, 10000));
+    EXPECT_SOON(heard.properties.size() == 2);
     EXPECT_EQ(heard.properties[kPlayer], QVariantMap({{"PlaybackStatus", "Paused"}}));
     EXPECT_EQ(heard.properties[kRoot], QVariantMap({{"Fullscreen", true}}));
     EXPECT_TRUE(heard.positions.isEmpty()) << "the first report of a medium is no jump";
@@ -249,7 +248,7 @@ TEST_F(Mpris, TellsOfJumps)
     service.setPosition(80000);
     EXPECT_TRUE(call(kPlayer, "Seek", {qlonglong(-200000)}));
     service.setPosition(79800);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return heard.positions.size() >= 2; }, 10000));
+    EXPECT_SOON(heard.positions.size() >= 2);
     EXPECT_EQ(heard.positions, QList<qlonglong>({80000000, 79800000}));
 }
 
@@ -261,9 +260,9 @@ TEST_F(Mpris, ASecondPlayerHasANameOfItsOwn)
     const auto registered = [&] { return panel.interface()->isServiceRegistered(name).value(); };
     {
         MprisService other(second, &controls);
-        EXPECT_TRUE(QTest::qWaitFor(registered, 10000));
+        EXPECT_TRUE(test::soon(registered));
     }
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !registered(); }, 10000)) << "given back";
+    EXPECT_SOON(!registered()) << "given back";
 }
 
 #include "MprisTest.moc"

@@ -3,18 +3,18 @@
 #include "desktop/FakeScreenSaver.h"
 #include "desktop/SessionBus.h"
 #include "support/Desktop.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QFile>
-#include <QTest>
+#include <QUrl>
 
 namespace {
 
-constexpr int kPatienceMs = 30000;
 const QString kFilm = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4");
 
 struct ProgramOnTheBus : public ::testing::Test
@@ -32,18 +32,8 @@ struct ProgramOnTheBus : public ::testing::Test
     {
         const auto reply = call("org.freedesktop.DBus.Properties", "Get",
                                 {"org.mpris.MediaPlayer2.Player", "PlaybackStatus"});
-        const bool answered = QTest::qWaitFor([&] { return reply.isFinished(); }, kPatienceMs);
+        const bool answered = test::soon([&] { return reply.isFinished(); });
         return answered && reply.isValid() ? reply.value().variant().toString() : QString();
-    }
-
-    bool comesTo(const QString &status)
-    {
-        return QTest::qWaitFor([&] { return playback() == status; }, kPatienceMs);
-    }
-
-    bool screenSaverHears(int words)
-    {
-        return QTest::qWaitFor([&] { return screenSaver.said.size() == words; }, kPatienceMs);
     }
 
     test::Desktop desktop;
@@ -63,31 +53,30 @@ TEST_F(ProgramOnTheBus, IsPlayedPausedAndEndedByThePanelAndKeepsTheScreenAwakeOn
     player.setProcessEnvironment(environment);
     player.setProcessChannelMode(QProcess::MergedChannels);
     player.start(QStringLiteral(ORBILENS_PLAYER), {kFilm});
-    ASSERT_TRUE(player.waitForStarted(kPatienceMs));
+    ASSERT_TRUE(player.waitForStarted(test::kPatienceMs));
     const QString window = desktop.windowOf(player);
     ASSERT_FALSE(window.isEmpty());
 
     const QString interface = QStringLiteral("org.mpris.MediaPlayer2.Player");
-    EXPECT_TRUE(comesTo("Playing"));
-    EXPECT_TRUE(screenSaverHears(1));
+    EXPECT_SOON(playback() == "Playing");
+    EXPECT_SOON(screenSaver.said.size() == 1);
     call(interface, "Pause");
-    EXPECT_TRUE(comesTo("Paused"));
-    EXPECT_TRUE(screenSaverHears(2));
+    EXPECT_SOON(playback() == "Paused");
+    EXPECT_SOON(screenSaver.said.size() == 2);
     call(interface, "PlayPause");
-    EXPECT_TRUE(comesTo("Playing"));
-    EXPECT_TRUE(screenSaverHears(3));
+    EXPECT_SOON(playback() == "Playing");
+    EXPECT_SOON(screenSaver.said.size() == 3);
     desktop.xdotool({"windowminimize", window});
-    EXPECT_TRUE(screenSaverHears(4)) << "nobody watches a hidden window";
+    EXPECT_SOON(screenSaver.said.size() == 4) << "nobody watches a hidden window";
     call("org.mpris.MediaPlayer2", "Raise");
-    EXPECT_TRUE(screenSaverHears(5));
+    EXPECT_SOON(screenSaver.said.size() == 5);
     EXPECT_EQ(screenSaver.said.mid(3), QStringList({"UnInhibit 41", "Inhibit Orbilens Player"}));
     call("org.mpris.MediaPlayer2", "Quit");
-    EXPECT_TRUE(player.waitForFinished(kPatienceMs));
+    EXPECT_TRUE(player.waitForFinished(test::kPatienceMs));
     EXPECT_EQ(player.exitCode(), 0);
     EXPECT_EQ(test::complaints(player.readAll()), "");
-    EXPECT_TRUE(screenSaverHears(6));
+    EXPECT_SOON(screenSaver.said.size() == 6);
 
-    QFile recent(home.filePath(".local/share/recently-used.xbel"));
-    ASSERT_TRUE(recent.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(recent.readAll().contains(QUrl::fromLocalFile(kFilm).toEncoded()));
+    EXPECT_TRUE(test::readFile(home.filePath(".local/share/recently-used.xbel"))
+                    .contains(QUrl::fromLocalFile(kFilm).toEncoded()));
 }

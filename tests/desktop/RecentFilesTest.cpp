@@ -1,6 +1,7 @@
 // The desktop's list of recent files: what is added, what is kept, what is left alone.
 
 #include "desktop/RecentFiles.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -108,19 +109,16 @@ TEST(RecentFilesList, HoldsLocalFilesThatExistAndIsForNobodyElsesEyes)
     const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                          QStringLiteral("/recently-used.xbel");
     QTemporaryDir folder;
-    const QString still = folder.filePath("still.png");
-    ASSERT_TRUE(QFile(still).open(QIODevice::WriteOnly));
+    const QString still = test::writeFile(folder.filePath("still.png"));
     {
         RecentFiles recent;
         recent.remember({QUrl("https://example.org/film.mp4?token=1"),
                          QUrl::fromLocalFile(folder.filePath("gone.mp4")),
                          QUrl::fromLocalFile(folder.path()), QUrl::fromLocalFile(still)});
     }
-    QFile list(path);
-    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
-    const QByteArray document = list.readAll();
+    const QByteArray document = test::readFile(path);
     EXPECT_EQ(document.count("<bookmark "), 1) << document.toStdString();
     EXPECT_TRUE(document.contains("still.png"));
     EXPECT_TRUE(document.contains("image/png"));
-    EXPECT_EQ(list.permissions() & (QFile::ReadGroup | QFile::ReadOther), 0);
+    EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), 0);
 }

@@ -4,6 +4,7 @@
 
 #include "desktop/FakeScreenSaver.h"
 #include "desktop/SessionBus.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -49,11 +50,6 @@ struct ScreenKeeping : public ::testing::Test
     ScreenKeeper keeper{player, [this] { ++wakes; }};
 };
 
-bool soon(const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, 10000);
-}
-
 } // namespace
 
 TEST_F(ScreenKeeping, AsksTheScreenSaverOnceAndGivesBackAtTheEndAtTheLatest)
@@ -63,22 +59,22 @@ TEST_F(ScreenKeeping, AsksTheScreenSaverOnceAndGivesBackAtTheEndAtTheLatest)
     keeper.keepAwake(true);
     QTest::qWait(50);
     keeper.keepAwake(false);
-    EXPECT_TRUE(soon([&] { return service.said.size() == 2; }));
+    EXPECT_SOON(service.said.size() == 2);
     EXPECT_EQ(service.said, QStringList({"Inhibit Orbilens Player", "UnInhibit 41"}));
 
     // A pause before the answer has come gives back all the same.
     keeper.keepAwake(true);
     keeper.keepAwake(false);
-    EXPECT_TRUE(soon([&] { return service.said.size() == 4; }));
+    EXPECT_SOON(service.said.size() == 4);
     EXPECT_EQ(service.said.last(), "UnInhibit 41");
     EXPECT_EQ(wakes, 0);
     {
         ScreenKeeper shortLived(player, [] {});
         shortLived.keepAwake(true);
-        EXPECT_TRUE(soon([&] { return service.said.size() == 5; }));
+        EXPECT_SOON(service.said.size() == 5);
         QTest::qWait(50);
     }
-    EXPECT_TRUE(soon([&] { return service.said.size() == 6; }));
+    EXPECT_SOON(service.said.size() == 6);
 }
 
 TEST_F(ScreenKeeping, TakesThePortalWhereThereIsNoScreenSaver)
@@ -91,18 +87,18 @@ TEST_F(ScreenKeeping, TakesThePortalWhereThereIsNoScreenSaver)
                            QDBusConnection::ExportScriptableSlots);
     ASSERT_TRUE(desktop.registerService("org.freedesktop.portal.Desktop"));
     keeper.keepAwake(true);
-    EXPECT_TRUE(soon([&] { return portal.said.size() == 1; }));
+    EXPECT_SOON(portal.said.size() == 1);
     EXPECT_EQ(portal.said, QStringList("Inhibit 8 Playing a film"));
     QTest::qWait(50);
     keeper.keepAwake(false);
-    EXPECT_TRUE(soon([&] { return request.closed == 1; }));
+    EXPECT_SOON(request.closed == 1);
     EXPECT_EQ(wakes, 0);
 }
 
 TEST_F(ScreenKeeping, WakesTheScreenItselfWhereThereIsNoService)
 {
     keeper.keepAwake(true);
-    EXPECT_TRUE(soon([&] { return wakes == 1; })) << "a bus without services";
+    EXPECT_SOON(wakes == 1) << "a bus without services";
 
     int wakesAlone = 0;
     ScreenKeeper alone(QDBusConnection("no such connection"), [&] { ++wakesAlone; });

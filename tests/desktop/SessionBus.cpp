@@ -1,6 +1,5 @@
 #include "desktop/SessionBus.h"
-
-#include <QFile>
+#include "support/Files.h"
 
 namespace test {
 
@@ -13,23 +12,19 @@ constexpr int kPatienceMs = 20000;
 SessionBus::SessionBus()
 {
     // The system's own description of a session bus would start the desktop's services.
-    QFile description(m_folder.filePath(QStringLiteral("bus.conf")));
-    if (!description.open(QIODevice::WriteOnly))
-        return;
-    description.write(R"(<busconfig>
+    const QString description =
+        writeFile(m_folder.filePath(QStringLiteral("bus.conf")), R"(<busconfig>
   <type>session</type>
-  <listen>unix:tmpdir=)" +
-                      m_folder.path().toUtf8() + R"(</listen>
+  <listen>unix:tmpdir=)" + m_folder.path().toUtf8() + R"(</listen>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
 </busconfig>)");
-    description.close();
     m_daemon.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                    QStringLiteral("--config-file=") + description.fileName()});
+                    QStringLiteral("--config-file=") + description});
     QByteArray address;
     while (!address.contains('\n') && m_daemon.waitForReadyRead(kPatienceMs))
         address += m_daemon.readAllStandardOutput();

@@ -1,11 +1,11 @@
 #include "foundation/KLog.h"
 #include "foundation/KFoundation.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -28,11 +28,7 @@ protected:
         QObject::connect(&log, QOverload<QString>::of(&KLog::Logged), &log, line, direct);
         QObject::connect(&log, QOverload<int, QString>::of(&KLog::Logged), &log, numbered, direct);
     }
-    QByteArray content() const
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content() const { return test::readFile(path); }
 
     const QTemporaryDir folder;
     const QString path = folder.filePath("log.txt");

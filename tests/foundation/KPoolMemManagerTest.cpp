@@ -1,8 +1,8 @@
 #include "foundation/KPoolMemManager.h"
 #include "foundation/KException.h"
 #include "foundation/KFoundation.h"
-#include "foundation/KSystemInfo.h"
 #include "foundation/KTemporaryFolder.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -99,9 +99,7 @@ TEST(Foundation, SingletonsLiveBetweenInitializeAndShutdown)
     ASSERT_TRUE(pool);
     EXPECT_EQ(pool->Take(), nullptr);
     const QString folder = KTemporaryFolder::Instance()->Path();
-    QFile file(KTemporaryFolder::Instance()->FilePath("x"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
+    test::writeFile(KTemporaryFolder::Instance()->FilePath("x"));
     KFoundation::Initialize();
     EXPECT_EQ(KPoolMemManager::Instance(), pool);
     KPoolMemManager::CreateInstance(std::make_unique<KPoolMemManager>());

@@ -1,20 +1,17 @@
 #include "foundation/SystemInfo.h"
 #include "foundation/KSystemInfo.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace {
 
 void put(const QString &path, const QByteArray &text)
 {
-    QDir().mkpath(path.section('/', 0, -2));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text + '\n');
+    test::writeFile(path, text + '\n');
 }
 
 /// Fields of an APIC id of a machine with 4 cores of 2 threads.

@@ -16,6 +16,7 @@
 #include "settings/KSettingsManager.h"
 #include "support/GlStage.h"
 #include "support/PanoramaReference.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -108,14 +109,13 @@ protected:
     KHmd *startTracking()
     {
         KHmd *hmd = start();
-        EXPECT_TRUE(within([&] { return HeadMotion::isPose(hmd->hmdPose()); }))
-            << hmd->logMessage().toStdString();
+        EXPECT_SOON(HeadMotion::isPose(hmd->hmdPose())) << hmd->logMessage().toStdString();
         EXPECT_TRUE(hmd->available() && hmd->activated() && builder->hmdMode());
         return hmd;
     }
     bool turnsTo(const QMatrix4x4 &pose)
     {
-        return within([&] {
+        return soon([&] {
             const QMatrix4x4 difference = application->hmd()->hmdPose() - pose;
             return std::all_of(difference.constData(), difference.constData() + 16,
                                [](float number) { return std::abs(number) < 1e-5F; });
@@ -194,7 +194,7 @@ protected:
         for (int i = 0; i < 20; ++i) {
             KHmd *hmd = start();
             if (i % 4 != 0) {
-                EXPECT_TRUE(within([&] { return hmd->available(); }));
+                EXPECT_SOON(hmd->available());
             }
             if (i % 4 == 2)
                 script.eyePictures("straight");

@@ -4,24 +4,18 @@
 // test.
 
 #include "render/CameraMath.h"
+#include "support/Files.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QMap>
 #include <QSaveFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace test {
-
-template <class Condition>
-[[nodiscard]] bool within(Condition condition)
-{
-    return QTest::qWaitFor(condition, 20000);
-}
 
 class HeadsetScript
 {
@@ -78,7 +72,7 @@ public:
     {
         set("picture " + QByteArray::number(++m_pictures));
         const QString path = filePath(QStringLiteral("eye%1-%2.ppm"));
-        EXPECT_TRUE(within([&] { return QFile::exists(path.arg(1).arg(m_pictures)); }));
+        EXPECT_SOON(QFile::exists(path.arg(1).arg(m_pictures)));
         const QDir artefacts(QStringLiteral(ORBILENS_BINARY_DIR "/artefacts"));
         artefacts.mkpath(QStringLiteral("."));
         std::array<QImage, 2> images;
@@ -93,10 +87,7 @@ public:
     /// How often the runtime was asked for @p what.
     int count(const QByteArray &what) const
     {
-        QFile file(filePath("counts"));
-        if (!file.open(QIODevice::ReadOnly))
-            return 0;
-        for (const QByteArray &line : file.readAll().split('\n')) {
+        for (const QByteArray &line : readFile(filePath("counts")).split('\n')) {
             if (line.startsWith(what + ' '))
                 return line.mid(what.size() + 1).toInt();
         }

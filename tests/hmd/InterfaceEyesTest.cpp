@@ -11,6 +11,7 @@
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
 #include "support/GlStage.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -76,8 +77,7 @@ protected:
 
 TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
 {
-    ASSERT_TRUE(test::within(
-        [&] { return application->hmdUiManager() && application->hmd()->available(); }));
+    ASSERT_SOON(application->hmdUiManager() && application->hmd()->available());
     KHmdUIManager *manager = application->hmdUiManager();
     KGlobalObject *camera = application->globalObject();
     QImage still(400, 200, QImage::Format_RGB32);
@@ -89,20 +89,19 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
     }
     camera->openFiles(files);
     turnHead(0.5F);
-    ASSERT_TRUE(test::within([&] { return std::abs(camera->yaw() - 0.5F) < 1e-4F; }));
-    ASSERT_TRUE(
-        test::within([&] { return manager->textureId(0) > 0 && manager->textureId(1) > 0; }));
+    ASSERT_SOON(std::abs(camera->yaw() - 0.5F) < 1e-4F);
+    ASSERT_SOON(manager->textureId(0) > 0 && manager->textureId(1) > 0);
 
     script.set("controller7 2 0 0"); // the menu button opens the panel
-    ASSERT_TRUE(test::within([&] { return manager->isShown(); }));
-    ASSERT_TRUE(test::within([&] { return manager->uiState() == KHmdUIManager::Hovered; }));
+    ASSERT_SOON(manager->isShown());
+    ASSERT_SOON(manager->uiState() == KHmdUIManager::Hovered);
     script.set("controller7");
     QTest::qWait(300);
     script.eyePictures("interface-ahead");
 
     // Beside the pictures, so that nothing is chosen; the panel stays behind to the left.
     turnHead(1.1F);
-    ASSERT_TRUE(test::within([&] { return manager->uiState() == KHmdUIManager::Idle; }));
+    ASSERT_SOON(manager->uiState() == KHmdUIManager::Idle);
     const struct
     {
         QPoint panel;
@@ -111,7 +110,7 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
                   {{2660, 1060}, false}, {{2200, 770}, false}, {{2200, 1350}, false},
                   {{2614, 1000}, true},  {{2628, 1200}, false}};
     std::string wrong;
-    EXPECT_TRUE(test::within([&] {
+    EXPECT_TRUE(test::soon([&] {
         const QImage eye = script.eyePictures("interface-turned")[0];
         const QImage panel = test::downloadTexture(application->sharedGlContext(),
                                                    manager->textureId(0), manager->textureSize(0));
@@ -130,13 +129,11 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
 
     // Back to the middle: resting on the second picture chooses it.
     turnHead(0.5F);
-    EXPECT_TRUE(test::within([&] { return camera->playListIndex() == 1; }));
+    EXPECT_SOON(camera->playListIndex() == 1);
     EXPECT_FALSE(manager->isShown());
     constexpr int kPlayingState = 1; // of MediaPlayer in the scene
-    ASSERT_TRUE(test::within([&] {
-        return camera->mediaPlayer()->property("playbackState").toInt() == kPlayingState &&
-               application->textureProvider()->textureId() > 0;
-    }));
+    ASSERT_SOON(camera->mediaPlayer()->property("playbackState").toInt() == kPlayingState &&
+                application->textureProvider()->textureId() > 0);
     EXPECT_EQ(
         distance(script.eyePictures("interface-closed")[0].pixelColor(300, 300), kSurroundings), 0);
 }

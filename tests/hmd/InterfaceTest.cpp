@@ -9,15 +9,15 @@
 #include "render/HeadsetView.h"
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
+#include "support/Files.h"
 #include "support/GlStage.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <QQmlContext>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QTemporaryDir>
 #include <QTest>
@@ -108,7 +108,7 @@ protected:
         headset->manager = manager;
         headset->setProperty("available", true);
         headset->setProperty("activated", true);
-        ASSERT_TRUE(QTest::qWaitFor([] { return manager->textureId(1) > 0; }, 20000));
+        ASSERT_SOON(manager->textureId(1) > 0);
     }
 
     Interface()
@@ -125,7 +125,7 @@ protected:
     void open(const QStringList &files)
     {
         camera->openFiles(files);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return playing(); }, 20000));
+        EXPECT_SOON(playing());
     }
 
     /// Stills of different colours.
@@ -253,28 +253,24 @@ TEST_F(Interface, AGazeThatRestsChoosesAndOneThatLeavesBeginsAnew)
     };
     ASSERT_FALSE(ringVisible());
     watch();
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            watch();
-            return seen.last() == "1";
-        },
-        10000));
+    ASSERT_TRUE(test::soon([&] {
+        watch();
+        return seen.last() == "1";
+    }));
     keep(1, "ring");
     look(0, -50);
     EXPECT_FALSE(ringVisible());
     EXPECT_EQ(camera->playListIndex(), 0);
 
     look(0, 0);
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            watch();
-            return !manager->isShown();
-        },
-        20000));
+    ASSERT_TRUE(test::soon([&] {
+        watch();
+        return !manager->isShown();
+    }));
     EXPECT_EQ(seen, QStringList({"-", "2", "1", "-", "2", "1", "-"}));
     EXPECT_EQ(camera->playListIndex(), 1);
     EXPECT_EQ(manager->uiState(), KHmdUIManager::Idle);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return playing(); }, 10000));
+    EXPECT_SOON(playing());
 }
 
 TEST_F(Interface, WithoutGazeUiOnlyAControllerChooses)
@@ -291,7 +287,7 @@ TEST_F(Interface, WithoutGazeUiOnlyAControllerChooses)
     EXPECT_FALSE(manager->isShown());
     manager->buildEvents(2);
     manager->buildEvents(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return camera->playListIndex() == 1; }));
+    EXPECT_SOON(camera->playListIndex() == 1);
     EXPECT_FALSE(manager->isShown());
 }
 
@@ -339,8 +335,8 @@ TEST_F(Interface, LongListsSlideAndShowWhatTheyHave)
     const QQuickItem *list = item("list");
     const auto position = [list] { return list->property("contentX").toReal(); };
     const auto slid = [&](qreal from) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return list->property("flicking").toBool(); }, 5000));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !list->property("flicking").toBool(); }, 10000));
+        EXPECT_SOON(list->property("flicking").toBool());
+        EXPECT_SOON(!list->property("flicking").toBool());
         return position() - from;
     };
     const qreal start = position();
@@ -353,7 +349,7 @@ TEST_F(Interface, LongListsSlideAndShowWhatTheyHave)
     // A gaze on the arrow slides on and on.
     look(41, -4);
     EXPECT_TRUE(item("slideOn")->property("containsMouse").toBool());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return position() - start > 1000; }, 20000));
+    EXPECT_SOON(position() - start > 1000);
     keep(0, "long-list-slid");
 }
 
@@ -367,19 +363,17 @@ TEST_F(Interface, ASingleMediumHasNoPlaylistToChooseFrom)
     keep(0, "no-playlist");
     // The round button closes by the same wait.
     const QQuickItem *button = item("closeButton");
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-            // Where it stands is known once the panel is laid out.
-            const QPointF centre = button->mapToScene({button->width() / 2, button->height() / 2}) -
-                                   QPointF(view->width() + 1, 0);
-            const double slope = 4000 * 2 * 0.07919222016226815;
-            const double yaw = std::atan((centre.x() - 2000) / slope);
-            const double pitch = std::atan((centre.y() - 1000) / slope * std::cos(yaw));
-            look(float(yaw / double(kDegree)), float(pitch / double(kDegree)));
-            return button->property("hovered").toBool();
-        },
-        20000));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager->isShown(); }, 20000));
+    EXPECT_TRUE(test::soon([&] {
+        // Where it stands is known once the panel is laid out.
+        const QPointF centre = button->mapToScene({button->width() / 2, button->height() / 2}) -
+                               QPointF(view->width() + 1, 0);
+        const double slope = 4000 * 2 * 0.07919222016226815;
+        const double yaw = std::atan((centre.x() - 2000) / slope);
+        const double pitch = std::atan((centre.y() - 1000) / slope * std::cos(yaw));
+        look(float(yaw / double(kDegree)), float(pitch / double(kDegree)));
+        return button->property("hovered").toBool();
+    }));
+    EXPECT_SOON(!manager->isShown());
 }
 
 TEST_F(Interface, TheWindowIsGuardedWhileThePanelIsOpen)
@@ -401,11 +395,11 @@ TEST_F(Interface, TheWindowIsGuardedWhileThePanelIsOpen)
 
     // A device that goes takes its scenes along, and one that comes brings them back.
     headset->setProperty("available", false);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return manager->textureId(0) == 0; }, 5000));
+    EXPECT_SOON(manager->textureId(0) == 0);
     manager->setActivated(true);
     manager->buildGazeEvents(true);
     headset->setProperty("available", true);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return manager->textureId(0) > 0; }, 5000));
+    EXPECT_SOON(manager->textureId(0) > 0);
 }
 
 TEST_F(Interface, WorksTheSameWithScenesOfItsOwn)
@@ -419,15 +413,15 @@ TEST_F(Interface, WorksTheSameWithScenesOfItsOwn)
         published.append(context->contextProperty(name));
     auto *offScreen = new KHmdUIManager(application, application->sharedGlContext(), view->engine(),
                                         KHmdUIManager::Route::OffScreen);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return offScreen->textureId(1) > 0; }, 20000));
+    ASSERT_SOON(offScreen->textureId(1) > 0);
     EXPECT_EQ(offScreen->textureSize(0), kSceneSize);
     look(0, 0);
     offScreen->buildGazeEvents(true);
     ASSERT_TRUE(offScreen->isShown());
     offScreen->buildGazeEvents(false);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return offScreen->uiState() == KHmdUIManager::Hovered; }));
+    EXPECT_SOON(offScreen->uiState() == KHmdUIManager::Hovered);
     offScreen->buildEvents(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return camera->playListIndex() == 1; }));
+    EXPECT_SOON(camera->playListIndex() == 1);
     delete offScreen;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     for (int i = 0; i < published.size(); ++i)
@@ -445,11 +439,8 @@ TEST_F(Interface, ASceneOfItsOwnIsUprightAndFollowedOrSaysWhyThereIsNone)
                 {"import QtQuick 2.15\nItem { nonsense }", "own 1.qml"},
                 {"import QtQml 2.15\nQtObject {}", "run: Not a QQuickItem"}};
     for (const auto &row : rows) {
-        const QString path = folder.filePath(QStringLiteral("own %1.qml").arg(&row - rows));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(row.text);
-        file.close();
+        const QString path = test::writeFile(
+            folder.filePath(QStringLiteral("own %1.qml").arg(&row - rows)), row.text);
         const KQuickRender render(application->sharedGlContext(), view->engine(),
                                   QUrl::fromLocalFile(path));
         if (row.warning) {
@@ -459,7 +450,7 @@ TEST_F(Interface, ASceneOfItsOwnIsUprightAndFollowedOrSaysWhyThereIsNone)
             EXPECT_TRUE(guard.take().join('\n').contains(row.warning)) << row.warning;
             continue;
         }
-        ASSERT_TRUE(QTest::qWaitFor([&] { return render.textureId() > 0; }));
+        ASSERT_SOON(render.textureId() > 0);
         EXPECT_EQ(render.size(), QSize(40, 20));
         EXPECT_EQ(render.textureSize(), QSize(40, 20));
         const auto pixel = [&](int y) {
@@ -470,7 +461,7 @@ TEST_F(Interface, ASceneOfItsOwnIsUprightAndFollowedOrSaysWhyThereIsNone)
         EXPECT_EQ(pixel(2), QColor(Qt::red));
         EXPECT_EQ(pixel(15).alpha(), 0);
         render.rootItem()->findChild<QQuickItem *>("top")->setProperty("color", "blue");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return pixel(2) == QColor(Qt::blue); }, 5000));
+        EXPECT_SOON(pixel(2) == QColor(Qt::blue));
     }
 }
 

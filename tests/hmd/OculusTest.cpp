@@ -3,10 +3,9 @@
 
 #include "hmd/HeadsetFixture.h"
 #include "hmd/KOculus.h"
+#include "support/Soon.h"
 
 namespace {
-
-using test::within;
 
 const QString kFailed = QStringLiteral("Oculus SDK initialization failed.\n");
 const QString kNoDriver =
@@ -96,7 +95,7 @@ TEST_F(Oculus, FailuresAreToldAndLeaveThePlayer)
             QObject::connect(hmd, &KHmd::logMessageChanged, [&] { logs += hmd->logMessage(); });
             QSignalSpy available(hmd, &KHmd::availableChanged);
             QSignalSpy finished(hmd, &KHmd::workerThreadFinished);
-            EXPECT_TRUE(within([&] { return finished.count() == 1; }));
+            EXPECT_SOON(finished.count() == 1);
             EXPECT_EQ(logs, c.logs);
             EXPECT_EQ(hmd->fallbackRequested(), c.fallsBack && sdk == "auto");
             expectOff(hmd);
@@ -114,14 +113,13 @@ TEST_F(Oculus, AnAutomaticChoiceGoesOnWithTheNextFamilyAndKeepsTheLog)
     application->initHmdSdk();
     EXPECT_EQ(application->hmd()->sdkType(), "oculus");
     application->hmd()->startThread();
-    EXPECT_TRUE(within([&] { return application->hmd()->sdkType() == "openvr"; }));
+    EXPECT_SOON(application->hmd()->sdkType() == "openvr");
     const QString both = kNoDriver + "\nUsing OpenVR SDK version 1.0.6.\n"
                                      "OpenVR SDK initialization failed.\n"
                                      "Unable to initialize OpenVR runtime.\n"
                                      "Cannot load library openvr_api:";
     const KHmd *next = application->hmd();
-    EXPECT_TRUE(within([&] { return next->logMessage().startsWith(both); }))
-        << next->logMessage().toStdString();
+    EXPECT_SOON(next->logMessage().startsWith(both)) << next->logMessage().toStdString();
     EXPECT_FALSE(next->available());
 }
 
@@ -129,9 +127,9 @@ TEST_F(Oculus, ALostDisplayIsTakenUpAgain)
 {
     script.set("lost 1");
     KHmd *hmd = startTracking();
-    EXPECT_TRUE(within([&] { return hmd->logMessage() == kReady; }));
-    EXPECT_TRUE(within([&] { return hmd->logMessage() != kReady; }));
-    EXPECT_TRUE(within([&] { return hmd->logMessage() == kReady; }));
+    EXPECT_SOON(hmd->logMessage() == kReady);
+    EXPECT_SOON(hmd->logMessage() != kReady);
+    EXPECT_SOON(hmd->logMessage() == kReady);
     script.set("recenter 1");
     script.eyePictures("oculus-straight");
     EXPECT_EQ(script.count("sessions"), 2);
@@ -158,7 +156,7 @@ TEST_F(Oculus, DrawsOnlyWhatSomeoneSees)
     // Worn once, something else is seen; then taken off.
     script.set("mounted 1;visible 0");
     hmd->startThread();
-    EXPECT_TRUE(within([&] { return hmd->available(); }));
+    EXPECT_SOON(hmd->available());
     script.set("head 0 0 0 1");
     EXPECT_TRUE(turnsTo({}));
     hmd->stopThread();
@@ -181,7 +179,7 @@ TEST_F(Oculus, ControllersAndNodsReachTheInterface)
     // A select key, and 0.1 radians down between two frames 10 ms apart.
     script.set("input 4 1048576 0 0 0 0;" +
                test::HeadsetScript::headLines(CameraMath::matrixFromAngles({0, 0.1F, 0})));
-    EXPECT_TRUE(within([&] { return ui.codes == "1" && ui.fastest > 0; }));
+    EXPECT_SOON(ui.codes == "1" && ui.fastest > 0);
     EXPECT_NEAR(ui.fastest, 10, 0.01);
     application->setHmd(nullptr);
 }

@@ -3,6 +3,7 @@
 
 #include "hmd/HeadsetFixture.h"
 #include "hmd/KOpenVR.h"
+#include "support/Soon.h"
 
 #include <QMessageBox>
 #include <QTimer>
@@ -77,9 +78,9 @@ TEST_F(OpenVR, ControllersAndGazeReachTheInterface)
     test::NotedInterface ui;
     startTracking();
     application->hmd()->setHeadsetInterface(&ui);
-    EXPECT_TRUE(test::within([&] { return ui.gazes.contains('g'); }));
+    EXPECT_SOON(ui.gazes.contains('g'));
     ui.nod = true;
-    EXPECT_TRUE(test::within([&] { return ui.gazes.count('T') == 1; }));
+    EXPECT_SOON(ui.gazes.count('T') == 1);
 
     const std::pair<const char *, const char *> presses[] = {{"2 0 0", "2"},
                                                              {"4294967296 -0.6 0.9", "3"},
@@ -90,7 +91,7 @@ TEST_F(OpenVR, ControllersAndGazeReachTheInterface)
     for (const auto &press : presses) {
         ui.codes.clear();
         script.set(QByteArray("controller7 ") + press.first);
-        EXPECT_TRUE(test::within([&] { return ui.codes == press.second; })) << press.first;
+        EXPECT_SOON(ui.codes == press.second) << press.first;
     }
     // Neither a held button nor other buttons, with or without the touchpad, ask for anything.
     ui.codes.clear();
@@ -130,7 +131,7 @@ TEST_F(OpenVR, EachFailureIsToldAndLeavesNoDevice)
         KHmd *hmd = *later ? startTracking() : start();
         QSignalSpy finished(hmd, &KHmd::workerThreadFinished);
         script.set(later);
-        EXPECT_TRUE(test::within([&] { return finished.count() == 1; }));
+        EXPECT_SOON(finished.count() == 1);
         EXPECT_EQ(hmd->logMessage(), kVersion + text);
         expectOff(hmd);
         expectCleanEnd();
@@ -156,7 +157,7 @@ TEST_F(OpenVR, EndsTwentyTimesInAnyMomentAndStartsAgain)
 {
     expectEndsInAnyMoment();
     application->hmd()->startThread();
-    EXPECT_TRUE(test::within([&] { return application->hmd()->fps() > 0; }));
+    EXPECT_SOON(application->hmd()->fps() > 0);
 }
 
 TEST_F(OpenVR, TheStoredModeFollowsTheDeviceByOneRestart)

@@ -13,7 +13,6 @@
 
 #include <GL/gl.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -3,17 +3,16 @@
 
 #include "input/SharedWriter.h"
 #include "support/Desktop.h"
+#include "support/Soon.h"
 #include "support/probe/ProbedPlayer.h"
 
 #include <QColor>
-#include <QElapsedTimer>
 #include <QThread>
 
 #include <array>
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
 constexpr int kWidth = 256;
 constexpr int kHeight = 128;
 
@@ -60,17 +59,6 @@ protected:
             names += nameOf(player.ask(QByteArray("pixel ") + place));
         return names;
     }
-    bool screenShows(test::ProbedPlayer &player, const QByteArray &names)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (quartersOnScreen(player) != names) {
-            if (timer.elapsed() > kPatienceMs)
-                return false;
-            QThread::msleep(50);
-        }
-        return true;
-    }
 
     test::Desktop desktop;
     test::SharedWriter writer{"/AVRT_Shared_Memory"};
@@ -96,7 +84,8 @@ TEST_F(HostFrames, AreShownByArgumentOrSettingAndStayWhenTheHostDies)
         const std::pair<int, bool> frames[] = {{0, false}, {1, true}, {0, true}};
         for (const auto &[kind, upsideDown] : frames) {
             writer.frame(0, ++timestamp, kWidth, kHeight, kind, quarters(kind, upsideDown));
-            EXPECT_TRUE(screenShows(player, upsideDown == rowsFromBelow ? "rgbw" : "bwrg"))
+            const char *expected = upsideDown == rowsFromBelow ? "rgbw" : "bwrg";
+            EXPECT_SOON(quartersOnScreen(player) == expected)
                 << kind << quartersOnScreen(player).constData();
         }
         writer.leave();

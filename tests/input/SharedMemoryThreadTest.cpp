@@ -2,20 +2,18 @@
 
 #include "input/SharedMemoryThread.h"
 #include "input/SharedWriter.h"
+#include "support/Soon.h"
 #include "video/GlContext.h"
 
-#include <QOpenGLExtraFunctions>
-#include <QOpenGLFramebufferObject>
-#include <QSignalSpy>
 #include <QTest>
+
+#include <QOpenGLFunctions>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace {
 
-constexpr int kPatienceMs = 30000;
 constexpr int kSize = 4 * 1024 * 1024;
 
 struct Pixel
@@ -67,14 +65,10 @@ protected:
         thread.stop();
         thread.wait();
     }
-    bool eventually(const std::function<bool()> &condition)
-    {
-        return QTest::qWaitFor(condition, kPatienceMs);
-    }
     /// Whether the published texture becomes the pattern, to one level of rounding.
     bool comesToShow(int width, int height, int kind, int seed)
     {
-        return eventually([=] { return shows(width, height, kind, seed); });
+        return test::soon([=] { return shows(width, height, kind, seed); });
     }
     bool shows(int width, int height, int kind, int seed)
     {
@@ -129,7 +123,7 @@ TEST_F(Thread, ShowsEveryKindAndSizeByteByByte)
         writer.frame(slot, timestamp, width, height, kind, timestamp);
         EXPECT_TRUE(comesToShow(width, height, kind, timestamp))
             << width << "x" << height << " kind " << kind;
-        EXPECT_TRUE(eventually([&] { return !writer.isReady(slot); }));
+        EXPECT_SOON(!writer.isReady(slot));
     }
     stop();
     EXPECT_EQ(published.textureId(), 0) << "its texture ended with its context";
@@ -166,7 +160,7 @@ TEST_F(Thread, FaultsAreInTheLogAndThePictureStays)
     writer.create(2, kSize);
     thread.start();
     const auto told = [this](const char *text) {
-        EXPECT_TRUE(eventually([&] { return log.contains(text); })) << text;
+        EXPECT_SOON(log.contains(text)) << text;
         EXPECT_TRUE(shows(64, 32, 0, 1));
     };
     // The reader comes to slot 0 again before each fault in slot 1.
@@ -178,7 +172,7 @@ TEST_F(Thread, FaultsAreInTheLogAndThePictureStays)
     writer.put(252, quint16(1)); // slot 1 is ready
     told("a frame does not lie inside the block (1 times)");
     writer.frame(0, 4, 64, 32, 0, 1);
-    EXPECT_TRUE(eventually([&] { return !writer.isReady(0); }));
+    EXPECT_SOON(!writer.isReady(0));
     writer.put(228, quint16(0));
     writer.put(252, quint16(1));
     told("a frame has an impossible size (1 times)");

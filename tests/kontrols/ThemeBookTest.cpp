@@ -1,9 +1,8 @@
 #include "kontrols/theme/ThemeBook.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 using namespace theme;
@@ -15,11 +14,7 @@ class ThemeBookTest : public ::testing::Test
 protected:
     void write(const QString &name, const QByteArray &text)
     {
-        const QString path = m_folder.filePath(name);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
+        test::writeFile(m_folder.filePath(name), text);
     }
 
     QString folder(const QString &name = {}) const { return m_folder.filePath(name); }

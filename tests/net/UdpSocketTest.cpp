@@ -6,17 +6,15 @@
 #include "render/HeadsetView.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "support/Soon.h"
 
 #include <gtest/gtest.h>
 
 #include <QSignalSpy>
-#include <QTest>
 
 #include <cmath>
 
 namespace {
-
-constexpr int kPatienceMs = 20000;
 
 class Loader : public QObject
 {
@@ -105,7 +103,7 @@ protected:
     {
         packet.roll = packet.roll > 1 ? 0.5F : packet.roll + 0.25F;
         send(packet, format);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return view->roll() == packet.roll; }, kPatienceMs));
+        ASSERT_SOON(view->roll() == packet.roll);
     }
     QStringList taken()
     {
@@ -173,7 +171,7 @@ TEST_F(UdpSocket, SeeksAtMostOnceASecond)
     packet.position = 20000;
     settle();
     EXPECT_TRUE(loader.calls.isEmpty() || timer.elapsed() > 900) << "unless this took a second";
-    while (loader.calls.isEmpty() && timer.elapsed() < kPatienceMs)
+    while (loader.calls.isEmpty() && timer.elapsed() < test::kPatienceMs)
         settle();
     EXPECT_EQ(taken(), QStringList{"seek 20000"});
 }
@@ -210,7 +208,7 @@ TEST_F(UdpSocket, OrientationFollowsItsMode)
         packet.yaw = 0.5F;
         packet.fov = 91;
         send(packet);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return view->fov() == 91; }, kPatienceMs));
+        ASSERT_SOON(view->fov() == 91);
         EXPECT_EQ(view->yaw(), yaw) << mode;
         const QMatrix4x4 matrix = view->rotationMatrix();
         EXPECT_NEAR(std::atan2(matrix(2, 0), matrix(0, 0)), direction, 1e-5) << mode;

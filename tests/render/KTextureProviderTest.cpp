@@ -1,8 +1,8 @@
 #include "SceneFixture.h"
 #include "app/KImageProvider.h"
 #include "render/FrameSource.h"
+#include "support/Soon.h"
 
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QSGTextureProvider>
 #include <QTemporaryDir>
@@ -57,8 +57,7 @@ protected:
 
     void waitForSize(const QSize &size)
     {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return provider->textureId() > 0 && provider->textureSize() == size; }));
+        EXPECT_SOON(provider->textureId() > 0 && provider->textureSize() == size);
     }
 
     QTemporaryDir folder;
@@ -115,7 +114,7 @@ TEST_F(TextureProvider, AnItemThatDiesTakesItsTextureAlong)
 {
     showPicture(pattern, true);
     scene.reset();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return provider->textureId() == 0; }));
+    EXPECT_SOON(provider->textureId() == 0);
 }
 
 TEST_F(TextureProvider, TheEndOfTheSceneGraphStopsThePollAndANewOneIsFollowed)

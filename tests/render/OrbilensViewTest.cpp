@@ -1,6 +1,7 @@
 #include "SceneFixture.h"
 #include "render/CameraMath.h"
 #include "render/HeadsetView.h"
+#include "support/Soon.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -48,7 +49,7 @@ protected:
     QImage snapshot(int kind, QString *name = nullptr)
     {
         view->setPrintScreenRequested(kind);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return view->printScreenRequested() == 0; }));
+        EXPECT_SOON(view->printScreenRequested() == 0);
         QThreadPool::globalInstance()->waitForDone();
         const QFileInfoList files = QDir(shots).entryInfoList(QDir::Files);
         EXPECT_LE(files.size(), 1);
@@ -106,7 +107,7 @@ TEST_F(View, CountsItsFrames)
     showPattern();
     QSignalSpy changed(view, &OrbilensView::fpsChanged);
     // The first change closes the second in which counting began.
-    ASSERT_TRUE(QTest::qWaitFor([&] { return changed.count() >= 2; }, 15000));
+    ASSERT_SOON(changed.count() >= 2);
     EXPECT_GT(view->fps(), 1);
 }
 
@@ -156,7 +157,7 @@ TEST_F(View, AHeadsetTurnsTheView)
     expectPanorama(grab(), pattern, {});
     headset.activated = true;
     expectPanorama(grab(), pattern, *headset.head);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qAbs(state->yaw() - 0.5F) < 1e-4F; }));
+    EXPECT_SOON(qAbs(state->yaw() - 0.5F) < 1e-4F);
     headset.head.reset(); // lost from sight: what it last told stays
     expectPanorama(grab(), pattern, state->rotationMatrix());
 }

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <QColor>
-#include <QDir>
 
 #include <cmath>
 

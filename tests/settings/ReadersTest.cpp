@@ -2,6 +2,7 @@
 #include "settings/KSettingsReaders.h"
 
 #include "settings/StoreFile.h"
+#include "support/Files.h"
 
 #include <QTemporaryDir>
 
@@ -83,11 +84,8 @@ TEST(Readers, XmlTextsAndTheirConversion)
 TEST(Readers, XmlFileIsLatin1UpToTheFirstNul)
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath("options.xml"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray("<o><b>\xE9\r\nx</b></o>") + '\0' + "<rest");
-    file.close();
-    KSRFromXMLFile reader(file.fileName());
+    KSRFromXMLFile reader(test::writeFile(folder.filePath("options.xml"),
+                                          QByteArray("<o><b>\xE9\r\nx</b></o>") + '\0' + "<rest"));
     EXPECT_EQ(reader.GetString("b", ""), QString::fromLatin1("\xE9\nx"));
 
     for (const QString &path : {folder.filePath("absent"), folder.path(), QString("/dev/zero")}) {

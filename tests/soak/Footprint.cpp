@@ -1,7 +1,6 @@
 #include "soak/Footprint.h"
+#include "support/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
@@ -15,10 +14,8 @@ namespace {
 qint64 residentKibibytes()
 {
     malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE) / 1024;
+    return readFile(QStringLiteral("/proc/self/statm")).split(' ').value(1).toLongLong() *
+           sysconf(_SC_PAGESIZE) / 1024;
 }
 
 int entries(const char *folder)

@@ -7,6 +7,7 @@
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
 #include "soak/Footprint.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,6 @@
 namespace {
 
 constexpr int kDefaultMinutes = 60;
-constexpr int kPatienceMs = 60000;
 constexpr QSize kRestSize(900, 600);
 const QString kPanorama = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
 const char *const kPopups[] = {"PopupAbout",    "PopupAboutThirdParty", "PopupAudioSync",
@@ -73,7 +73,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowExposed(view));
         ASSERT_TRUE(folder.isValid());
         media = makeMedia(QDir(folder.path()));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return application->glContext() != nullptr; }));
+        ASSERT_SOON(application->glContext() != nullptr);
         surface.setFormat(application->glContext()->format());
         surface.create();
         context.setFormat(application->glContext()->format());
@@ -151,12 +151,8 @@ protected:
         view->resize(kRestSize);
         camera->openFile(kPanorama);
         const KTextureProvider *textures = application->textureProvider();
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                return textures->textureId() > 0 && textures->textureSize() == QSize(4096, 2048) &&
-                       view->size() == kRestSize;
-            },
-            kPatienceMs));
+        EXPECT_SOON(textures->textureId() > 0 && textures->textureSize() == QSize(4096, 2048) &&
+                    view->size() == kRestSize);
         // What is deleted later, and threads that end, need a moment.
         QTest::qWait(1500);
         return test::takeFootprint(&context, &surface);

@@ -1,17 +1,9 @@
 #include "support/Desktop.h"
+#include "support/Soon.h"
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QThread>
 
 namespace test {
-
-namespace {
-
-constexpr int kPatienceMs = 20000;
-
-} // namespace
 
 std::string complaints(const QByteArray &output)
 {
@@ -42,13 +34,9 @@ Desktop::Desktop(const QSize &size)
     m_windowManager.setProcessChannelMode(QProcess::MergedChannels);
     m_windowManager.start(QStringLiteral("openbox"), QStringList());
     // A window that comes before the manager has begun never gets the focus.
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < kPatienceMs &&
-           !run(QStringLiteral("xprop"),
-                {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains(QLatin1String("window id")))
-        QThread::msleep(20);
+    EXPECT_SOON(run(QStringLiteral("xprop"),
+                    {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                    .contains(QLatin1String("window id")));
 }
 
 Desktop::~Desktop()
@@ -88,17 +76,13 @@ QString Desktop::xdotool(const QStringList &arguments) const
 
 QString Desktop::windowOf(const QProcess &program) const
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < kPatienceMs && program.state() == QProcess::Running) {
-        const QString ids =
-            xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                     QStringLiteral("--pid"), QString::number(program.processId())});
-        if (!ids.isEmpty())
-            return ids.section(QLatin1Char('\n'), -1);
-        QThread::msleep(50);
-    }
-    return {};
+    QString ids;
+    EXPECT_TRUE(soon([&] {
+        ids = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                       QStringLiteral("--pid"), QString::number(program.processId())});
+        return !ids.isEmpty() || program.state() != QProcess::Running;
+    }));
+    return ids.section(QLatin1Char('\n'), -1);
 }
 
 QImage Desktop::screenshot(const QString &name) const

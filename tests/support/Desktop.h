@@ -8,7 +8,6 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <memory>
 #include <string>
 
 namespace test {

@@ -1,11 +1,10 @@
 #include "support/HttpServer.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QFile>
 #include <QProcess>
 #include <QSslSocket>
 #include <QTemporaryDir>
@@ -50,16 +49,13 @@ QString HttpServer::address() const
 void HttpServer::encrypt()
 {
     const QTemporaryDir folder;
-    QFile key(folder.filePath("key"));
-    QFile certificate(folder.filePath("certificate"));
+    const QString key = folder.filePath("key"), certificate = folder.filePath("certificate");
     QProcess maker;
-    maker.start("openssl",
-                {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=127.0.0.1",
-                 "-keyout", key.fileName(), "-out", certificate.fileName()});
+    maker.start("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj",
+                            "/CN=127.0.0.1", "-keyout", key, "-out", certificate});
     EXPECT_TRUE(maker.waitForFinished());
-    EXPECT_TRUE(key.open(QIODevice::ReadOnly) && certificate.open(QIODevice::ReadOnly));
-    m_server.key = QSslKey(key.readAll(), QSsl::Rsa);
-    m_server.certificate = QSslCertificate(certificate.readAll());
+    m_server.key = QSslKey(readFile(key), QSsl::Rsa);
+    m_server.certificate = QSslCertificate(readFile(certificate));
     EXPECT_FALSE(m_server.key.isNull() || m_server.certificate.isNull());
 }
 
@@ -103,16 +99,6 @@ void HttpServer::read(QTcpSocket *socket)
         return;
     socket->write(answer);
     socket->disconnectFromHost();
-}
-
-bool eventually(const std::function<bool()> &condition)
-{
-    QDeadlineTimer deadline(10000);
-    while (!condition() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    return condition();
 }
 
 void settle()

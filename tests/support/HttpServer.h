@@ -68,9 +68,6 @@ private:
     quint16 m_port = 0;
 };
 
-/// Turns the event loop until @p condition holds, for ten seconds at most; whether it does.
-[[nodiscard]] bool eventually(const std::function<bool()> &condition);
-
 /// Turns the event loop until everything posted so far is done.
 void settle();
 

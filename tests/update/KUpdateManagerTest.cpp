@@ -2,6 +2,7 @@
 #include "foundation/KSystemInfo.h"
 #include "settings/KSettingsManager.h"
 #include "support/HttpServer.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -51,8 +52,7 @@ struct Check
     /// Whether the check ended after @p count requests.
     bool asked(int count)
     {
-        return test::eventually([&] { return !manager.isChecking(); }) &&
-               server.requests.size() == count;
+        return test::soon([&] { return !manager.isChecking(); }) && server.requests.size() == count;
     }
 
     bool timeStampWritten()
@@ -75,7 +75,7 @@ TEST(UpdateManager, TellsANewVersionWithItsChangeLog)
     test::WarningGuard guard;
     Check check({ok("2.3.2.410_2017-02-14\n"), {}});
     ASSERT_TRUE(check.asked(2));
-    ASSERT_TRUE(test::eventually([&] { return check.available.count() == 1; }));
+    ASSERT_SOON(check.available.count() == 1);
     EXPECT_EQ(check.server.requests[0].line,
               "GET /lnd/stable/version?src=lnd/2.3.1.400CHECK&data=told%20once HTTP/1.1");
     EXPECT_EQ(check.server.requests[1].line,
@@ -137,8 +137,7 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
         SCOPED_TRACE(row.name);
         Check check(row.site, row.version);
         ASSERT_TRUE(check.asked(row.requests));
-        ASSERT_TRUE(test::eventually(
-            [&] { return check.manager.newVersion().isEmpty() == row.newVersion.isEmpty(); }));
+        ASSERT_SOON(check.manager.newVersion().isEmpty() == row.newVersion.isEmpty());
         EXPECT_EQ(check.manager.newVersion(), row.newVersion);
         EXPECT_EQ(check.available.count(), row.newVersion.isEmpty() ? 0 : 1);
         EXPECT_EQ(check.latest.count(), row.latest ? 1 : 0);
@@ -180,7 +179,7 @@ TEST(UpdateManager, AServerThatNobodyVouchesForIsNoAnswer)
     KUpdateManager manager(server.address(), &store);
     QSignalSpy latest(&manager, &KUpdateManager::AlreadyLatestVersion);
     manager.Start("lnd", "2.3.1.400", {});
-    EXPECT_TRUE(test::eventually([&] { return !manager.isChecking(); }));
+    EXPECT_SOON(!manager.isChecking());
     EXPECT_TRUE(server.requests.isEmpty());
     EXPECT_EQ(latest.count(), 0);
     EXPECT_FALSE(store.GetDateTime(kKey, QDateTime()).isValid());
@@ -191,7 +190,7 @@ TEST(UpdateManager, ARequestOfTheUserJoinsTheCheckUnderWay)
     QByteArray answer; // null: the server says nothing
     Site site{answer, {}};
     Check check(site);
-    ASSERT_TRUE(test::eventually([&] { return check.server.requests.size() == 1; }));
+    ASSERT_SOON(check.server.requests.size() == 1);
     EXPECT_FALSE(check.manager.isManualCheck());
     check.manager.CheckForNewVersion();
     test::settle();

@@ -1,3 +1,4 @@
+#include "support/Soon.h"
 #include "video/PlayerWindow.h"
 #include "video/YuvReference.h"
 
@@ -29,7 +30,7 @@ test::Picture played(test::PlayerWindow &window, const QUrl &clip, const QString
 {
     EXPECT_TRUE(window.openAndShow(clip));
     window.player().pause();
-    EXPECT_TRUE(test::waitUntil([&] { return window.reached(KVlcPlayerQml::Paused); }));
+    EXPECT_SOON(window.reached(KVlcPlayerQml::Paused));
     EXPECT_EQ(window.player().texturePixelFormat(), pixelFormat);
     EXPECT_EQ(window.player().textureTransfer(), QStringLiteral("Pixel Buffer Object\n"));
     return test::readTexture(window.player().textureId());

@@ -1,3 +1,4 @@
+#include "support/Soon.h"
 #include "video/PlayerWindow.h"
 
 #include "support/WarningGuard.h"
@@ -11,7 +12,6 @@
 #include <algorithm>
 
 using test::PlayerWindow;
-using test::waitUntil;
 using ::testing::ElementsAre;
 
 namespace {
@@ -98,7 +98,7 @@ TEST(Playback, SeeksPausesStopsAndRestarts)
     EXPECT_FLOAT_EQ(player.volume(), 0.25F);
     player.seek(10000);
     const auto there = [](int position) { return position >= 9000; };
-    EXPECT_TRUE(waitUntil([&] { return there(window.lastPosition()); }));
+    EXPECT_SOON(there(window.lastPosition()));
     EXPECT_LT(*std::find_if(window.positions.begin(), window.positions.end(), there), 13000);
 
     player.pause();
@@ -115,7 +115,7 @@ TEST(Playback, SeeksPausesStopsAndRestarts)
         window.forget();
         player.restart();
         EXPECT_EQ(player.textureId(), 0);
-        EXPECT_TRUE(waitUntil([&] { return player.textureId() != 0; }));
+        EXPECT_SOON(player.textureId() != 0);
         EXPECT_THAT(window.states, ElementsAre(State::Opening, State::Playing));
         EXPECT_FLOAT_EQ(player.volume(), 0.25F);
     }
@@ -138,8 +138,8 @@ TEST(Playback, ChangesSourceFiftyTimesWithoutLeavingAnythingBehind)
             window.player().openFile(test::clip("other.mp4"));
     }
     window.player().stop();
-    EXPECT_TRUE(waitUntil([&] { return test::liveGlObjects() == objects; }));
-    EXPECT_TRUE(waitUntil([&] { return test::threadCount() <= threads + 2; }));
+    EXPECT_SOON(test::liveGlObjects() == objects);
+    EXPECT_SOON(test::threadCount() <= threads + 2);
 }
 
 TEST(Playback, QuitsAtAnyMoment)
@@ -157,7 +157,7 @@ TEST(Playback, QuitsAtAnyMoment)
             QTest::qWait(300);
         }
     }
-    EXPECT_TRUE(waitUntil([&] { return test::liveGlObjects() == objects; }));
+    EXPECT_SOON(test::liveGlObjects() == objects);
 }
 
 TEST(Playback, ReportsBadInputAndPlaysTheNextFile)
@@ -187,7 +187,7 @@ TEST(Playback, ResizesToThePictureAndPaintsItUpright)
     window.player().setNativeSize(true);
     window.player().setPaintTexture(true);
     ASSERT_TRUE(window.openAndShow(test::clip("upright.mp4")));
-    EXPECT_TRUE(waitUntil([&] { return window.player().width() == 160; }));
+    EXPECT_SOON(window.player().width() == 160);
     window.player().pause();
     ASSERT_TRUE(window.wait(State::Paused));
     QTest::qWait(100);
@@ -228,7 +228,7 @@ TEST(Playback, StaysIdleAndSaysSoWithoutAnInstance)
     {
         PlayerWindow window;
         EXPECT_TRUE(window.openAndShow(test::clip("long.mp4")));
-        EXPECT_TRUE(waitUntil([&] { return window.lastPosition() > 0; }));
+        EXPECT_SOON(window.lastPosition() > 0);
         EXPECT_GE(window.positions.first(), 900);
     }
     VlcConfig::publish(nullptr);

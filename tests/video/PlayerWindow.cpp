@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QProcess>
 #include <QQmlComponent>
-#include <QQuickItem>
 
 namespace test {
 
@@ -87,7 +86,7 @@ bool PlayerWindow::openAndShow(const QUrl &url)
 {
     forget();
     m_player->openFile(url);
-    return waitUntil([this] { return m_player->textureId() != 0; });
+    return soon([this] { return m_player->textureId() != 0; });
 }
 
 void PlayerWindow::forget()

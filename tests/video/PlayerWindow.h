@@ -2,6 +2,7 @@
 
 // A window with one player in it, a record of what the player reports, and the clips to play.
 
+#include "support/Soon.h"
 #include "video/KVlcPlayerQml.h"
 
 #include <QQuickView>
@@ -13,13 +14,6 @@ namespace test {
 
 /// A clip of make-clips.sh, which runs at the first call; a web address stays one.
 QUrl clip(const char *name);
-
-/// Lets events pass until @p condition holds; false when that takes too long.
-template <class Condition>
-bool waitUntil(const Condition &condition)
-{
-    return QTest::qWaitFor(condition, 15000);
-}
 
 /// RGBA bytes of a texture in the share group of all windows, its first row first.
 struct Picture
@@ -53,7 +47,7 @@ public:
 
     bool wait(KVlcPlayerQml::VlcState state)
     {
-        return waitUntil([&] { return reached(state); });
+        return soon([&] { return reached(state); });
     }
 
     // In the order of their arrival on the GUI thread.

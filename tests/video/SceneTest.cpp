@@ -1,6 +1,7 @@
 #include "video/PlayerWindow.h"
 
 #include "settings/KSettingsManager.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 #include "video/KVideoPlugin.h"
 #include "video/VlcConfig.h"
@@ -54,7 +55,7 @@ public:
     }
     bool becomes(const char *property, const QVariant &value) const
     {
-        return test::waitUntil([&] { return get(property) == value; });
+        return test::soon([&] { return get(property) == value; });
     }
     QQuickItem *item() { return m_item; }
     KVideoPlugin &plugin() { return m_plugin; }
@@ -83,7 +84,7 @@ TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
     player.set("mediaSource", test::clip("long.mp4"));
     EXPECT_TRUE(player.becomes("playbackState", int(QMediaPlayer::PlayingState)));
     EXPECT_TRUE(player.becomes("playerStatus", int(QMediaPlayer::BufferedMedia)));
-    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() > 200; }));
+    EXPECT_SOON(player.get("position").toInt() > 200);
     EXPECT_NEAR(player.get("duration").toInt(), 20000, 100);
     const auto *source = player.get("shaderEffectSource").value<QQuickItem *>();
     EXPECT_EQ(source == nullptr, vlc);
@@ -100,9 +101,9 @@ TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
 
     QSignalSpy seeks(player.item(), SIGNAL(seekRequested()));
     player.seekJump(10000);
-    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() > 9000; }));
+    EXPECT_SOON(player.get("position").toInt() > 9000);
     player.seekJump(15000);
-    EXPECT_TRUE(test::waitUntil([&] { return player.get("position").toInt() < 5000; }));
+    EXPECT_SOON(player.get("position").toInt() < 5000);
     player.seekJump(-15000);
     EXPECT_EQ(seeks.count(), 3);
 
@@ -114,7 +115,7 @@ TEST_P(BothBackends, PlayThroughTheOneFaceOfTheScene)
     player.set("mediaSource", test::clip("a b%20é#1.mp4"));
     EXPECT_TRUE(player.becomes("ends", 2));
     player.set("mediaSource", test::clip("missing.mp4"));
-    EXPECT_TRUE(test::waitUntil([&] { return !player.get("errorString").toString().isEmpty(); }));
+    EXPECT_SOON(!player.get("errorString").toString().isEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Scene, BothBackends, ::testing::Values("vlc", "qt"));

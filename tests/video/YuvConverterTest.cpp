@@ -8,7 +8,6 @@
 #include <QOpenGLFramebufferObject>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 

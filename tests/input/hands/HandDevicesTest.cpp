@@ -9,6 +9,7 @@
 #include "input/realsense/KRealSense.h"
 #include "render/KShaderCodeBuilder.h"
 #include "settings/KSettings.h"
+#include "support/Soon.h"
 #include "support/WarningGuard.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,6 @@
 #include <QPainter>
 #include <QQmlComponent>
 #include <QQmlContext>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
@@ -28,13 +28,7 @@ using namespace test;
 
 namespace {
 
-constexpr int kPatienceMs = 60000;
 const QVector3D kMiddle(0, 200, 0);
-
-bool eventually(const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, kPatienceMs);
-}
 
 class HandDevices : public ::testing::Test
 {
@@ -66,7 +60,7 @@ protected:
 
     void plug()
     {
-        EXPECT_TRUE(eventually([this] {
+        EXPECT_TRUE(test::soon([this] {
             if (!leap->available())
                 standin::plugTracker();
             QTest::qWait(20);
@@ -175,7 +169,7 @@ TEST_F(HandDevices, TheTrackerComesAndGoesWhileItIsUsed)
     showStill({makeHand(1, Shape::Open, kMiddle)});
     EXPECT_TRUE(item("k_leapPointer")->isVisible());
     standin::unplugTracker();
-    EXPECT_TRUE(eventually([this] { return !leap->available(); }));
+    EXPECT_SOON(!leap->available());
     EXPECT_FALSE(leap->activated());
     EXPECT_EQ(leap->logMessage(),
               "Leap Motion device not found.\n\nWarning : Leap Motion SDK must be installed.");
@@ -212,8 +206,7 @@ TEST_F(HandDevices, AHandTurnsTheViewAndIsPainted)
         return std::vector<Hand>{
             makeHand(1, Shape::Open, kMiddle + QVector3D(40 * float(t), 0, 0))};
     });
-    EXPECT_TRUE(eventually([this] { return std::abs(camera->yaw() - 60 * 0.008F) < 0.06F; }))
-        << camera->yaw();
+    EXPECT_SOON(std::abs(camera->yaw() - 60 * 0.008F) < 0.06F) << camera->yaw();
     const std::vector<Hand> open{makeHand(1, Shape::Open, kMiddle + QVector3D(60, 0, 0))};
     const QImage painted = picture("open", open);
     settings->set("application/leapmotion/ghostHands", false);
@@ -236,11 +229,11 @@ TEST_F(HandDevices, AFingerPointsAndTheZoneWarns)
     const QPointF centre = pointer->mapToScene(QPointF(side / 2, side / 2));
     EXPECT_NEAR(centre.x(), double(leap->pointer().x()), 1e-2);
     EXPECT_NEAR(centre.y(), double(leap->pointer().y()), 1e-2);
-    EXPECT_TRUE(eventually([this] { return leap->pointer().w() == 0; })) << "silence hides it";
+    EXPECT_SOON(leap->pointer().w() == 0) << "silence hides it";
 
     showStill({makeHand(1, Shape::Pointing, {20, 130, 120})});
     EXPECT_TRUE(leap->menuState()) << "at the bar the finger means the bar";
-    EXPECT_TRUE(eventually([this] { return item("k_bar")->property("state") == "On"; }));
+    EXPECT_SOON(item("k_bar")->property("state") == "On");
     picture("zone", {makeHand(1, Shape::Open, {-130, 30, 0})});
     EXPECT_EQ(leap->handOutZone(), HandZone::Left | HandZone::Bottom);
     leap->setCameraMode(3);
@@ -252,7 +245,7 @@ TEST_F(HandDevices, TheKeySwitchesTheTrackerAndAFingerPressesAButton)
     view->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(view));
     QTest::keyClick(view, Qt::Key_M);
-    ASSERT_TRUE(eventually([this] { return leap->activated(); }));
+    ASSERT_SOON(leap->activated());
     leap->setCameraMode(1);
     const QQuickItem *button = item("loopButton");
     // The palm of a hand whose index points there: its tip is 30 mm left of the palm and 4 above.
@@ -265,13 +258,13 @@ TEST_F(HandDevices, TheKeySwitchesTheTrackerAndAFingerPressesAButton)
         return button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
     };
     showStill(pointingAt({centre().x(), view->height() - 30.0}, 150));
-    ASSERT_TRUE(eventually([&] { return centre().y() < view->height() - 25; })) << "the bar is up";
+    ASSERT_SOON(centre().y() < view->height() - 25) << "the bar is up";
     const int before = camera->loopMode();
     const QPointF at = centre();
     act(2, [&](double t) { return pointingAt(at, t > 0.5 && t < 1.3 ? 40 : 150); });
-    EXPECT_TRUE(eventually([&] { return camera->loopMode() == (before + 1) % 3; }));
+    EXPECT_SOON(camera->loopMode() == (before + 1) % 3);
     QTest::keyClick(view, Qt::Key_M);
-    EXPECT_TRUE(eventually([this] { return !leap->activated(); }));
+    EXPECT_SOON(!leap->activated());
 }
 
 TEST_F(HandDevices, ThePlanetBouncesAndAGestureChangesTheProjection)
@@ -290,15 +283,15 @@ TEST_F(HandDevices, ThePlanetBouncesAndAGestureChangesTheProjection)
     EXPECT_EQ(bounces[0][1].toDouble(), -1);
     const float fov = camera->fov();
     camera->setFov(fov + 10);
-    EXPECT_TRUE(eventually(atTheLimit)) << camera->pitch();
+    EXPECT_TRUE(test::soon(atTheLimit)) << camera->pitch();
     EXPECT_EQ(camera->fov(), fov + 10) << "the pitch alone comes back";
     camera->setFov(fov);
     // While the view swings back no hand moves it, so a push may come too early.
-    EXPECT_TRUE(eventually([&] {
+    EXPECT_TRUE(test::soon([&] {
         pushUp(15);
         return QTest::qWaitFor([&] { return bounces.count() > 1; }, 1000);
     })) << "back when the hands are gone";
-    EXPECT_TRUE(eventually(atTheLimit)) << camera->pitch();
+    EXPECT_TRUE(test::soon(atTheLimit)) << camera->pitch();
 
     act(1.5, [](double t) {
         const double x = std::min(1.0, std::max(0.0, (t - 0.5) / 0.25)) * 240 - 120;
@@ -325,7 +318,7 @@ TEST_F(HandDevices, TheTutorialShowsEachPageUntilItsGestureIsMade)
         leap->setTutoState(page);
         EXPECT_EQ(leap->tutoState(), page);
         const auto *loader = tutorial->findChild<QQuickItem *>("picture");
-        EXPECT_TRUE(eventually([&] { return loader->property("status").toInt() == 1; })) << page;
+        EXPECT_SOON(loader->property("status").toInt() == 1) << page;
         QTest::qWait(400);
         picture(qPrintable(QStringLiteral("tutorial-%1").arg(page)));
     }
@@ -344,7 +337,7 @@ TEST_F(HandDevices, CancelledOptionsComeBackAndNonsenseIsRefused)
     QMetaObject::invokeMethod(view->rootObject(), "onDisplayPopup",
                               Q_ARG(QVariant, "qrc:/qml/popup/PopupLeapOptions.qml"),
                               Q_ARG(QVariant, QVariant()));
-    EXPECT_TRUE(eventually([this] { return item("cancelButton") != nullptr; }));
+    EXPECT_SOON(item("cancelButton") != nullptr);
     QTest::qWait(400);
     picture("options");
     const std::vector<std::pair<const char *, QVariant>> wishes{
@@ -435,7 +428,7 @@ TEST_F(HandDevices, TheDepthCameraSteersAndShowsItsPicture)
     play(1.8, 0.5);
     EXPECT_EQ(realSense->calibrationState(), KRealSense::Calibrated);
     play(1, 0.8);
-    EXPECT_TRUE(eventually([this] { return camera->yaw() > 0.3F; })) << camera->yaw();
+    EXPECT_SOON(camera->yaw() > 0.3F) << camera->yaw();
     const QImage strip = picture("strip");
     // The hand is bright where the camera's picture stands.
     const QQuickItem *shown = item("camera");
@@ -456,7 +449,7 @@ TEST_F(HandDevices, TheDepthCameraSteersAndShowsItsPicture)
 
     settings->set("application/realsense/feedbackScreen", false);
     EXPECT_FALSE(realSense->feedbackScreen());
-    EXPECT_TRUE(eventually([this] { return !item("strip")->isVisible(); }));
+    EXPECT_SOON(!item("strip")->isVisible());
     settings->set("application/realsense/feedbackScreen", true);
 }
 
@@ -464,7 +457,7 @@ TEST_F(HandDevices, ZALostCameraIsOffForGood)
 {
     realSense->setActivated(true);
     standin::loseCamera();
-    EXPECT_TRUE(eventually([this] { return !realSense->available(); }));
+    EXPECT_SOON(!realSense->available());
     EXPECT_FALSE(realSense->activated());
     EXPECT_EQ(item("strip"), nullptr);
     realSense->setActivated(true);

@@ -2,7 +2,6 @@
 
 #include <QMatrix4x4>
 
-#include <algorithm>
 #include <cmath>
 
 namespace test {

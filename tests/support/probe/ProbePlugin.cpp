@@ -25,6 +25,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 
 #include <unistd.h>
 
@@ -158,12 +159,16 @@ private:
         return evaluated(line);
     }
 
-    static QByteArray evaluated(const QByteArray &expression)
+    QByteArray evaluated(const QByteArray &line)
     {
-        QObject *root = playerView()->rootObject();
-        QQmlExpression json(QQmlEngine::contextForObject(root), root,
-                            "JSON.stringify(" + QString::fromUtf8(expression) + ')');
-        const QByteArray value = json.evaluate().toString().toUtf8();
+        const QString expression = "JSON.stringify(" + QString::fromUtf8(line) + ')';
+        // The same is asked every few milliseconds while a start is measured.
+        if (!m_expression || m_expression->expression() != expression) {
+            QObject *root = playerView()->rootObject();
+            m_expression = std::make_unique<QQmlExpression>(QQmlEngine::contextForObject(root),
+                                                            root, expression);
+        }
+        const QByteArray value = m_expression->evaluate().toString().toUtf8();
         return value.isEmpty() ? "null" : value;
     }
 
@@ -176,6 +181,7 @@ private:
 
     QSocketNotifier m_input;
     QByteArray m_pending;
+    std::unique_ptr<QQmlExpression> m_expression; // of the last question
     QTimer m_sweep;
     int m_steps = 0;
     std::atomic<qint64> m_firstFrame{0}; // written by the thread that draws, like the two below

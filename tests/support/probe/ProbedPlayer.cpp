@@ -1,6 +1,5 @@
 #include "support/probe/ProbedPlayer.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QSettings>

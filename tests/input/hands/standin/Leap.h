@@ -5,8 +5,6 @@
 
 #include "input/hands/HandFrame.h"
 
-#include <memory>
-
 namespace Leap {
 
 struct Vector
