@@ -19,6 +19,7 @@
 #include <QDir>
 #include <QQmlContext>
 #include <QQuickItem>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -141,12 +142,12 @@ protected:
         return files;
     }
 
-    static void look(float yaw, float pitch)
+    void look(float yaw, float pitch)
     {
         headset->head = CameraMath::matrixFromAngles({yaw * kDegree, pitch * kDegree, 0});
-        // As the view does with each frame, and the headset's thread.
-        static_cast<Application *>(qApp)->globalObject()->setRotationMatrix(*headset->head, true,
-                                                                            false);
+        // The first of two frames may still bring the camera where the head was before.
+        QSignalSpy frames(view, &QQuickWindow::frameSwapped);
+        EXPECT_SOON(frames.count() > 1);
         manager->buildGazeEvents(false);
         QTest::qWait(50);
     }
