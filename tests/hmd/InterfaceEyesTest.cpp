@@ -10,7 +10,7 @@
 #include "render/CameraMath.h"
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
-#include "support/GlStage.h"
+#include "support/GlContext.h"
 #include "support/Soon.h"
 #include "support/WarningGuard.h"
 
@@ -112,8 +112,8 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
     std::string wrong;
     EXPECT_TRUE(test::soon([&] {
         const QImage eye = script.eyePictures("interface-turned")[0];
-        const QImage panel = test::downloadTexture(application->sharedGlContext(),
-                                                   manager->textureId(0), manager->textureSize(0));
+        const QImage panel =
+            test::downloadTexture(application->sharedGlContext(), manager->textureId(0));
         wrong.clear();
         const auto expect = [&](const QPoint &at, const QColor &expected) {
             if (!eye.rect().contains(at) || distance(eye.pixelColor(at), expected) > 12)

@@ -10,7 +10,7 @@
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
 #include "support/Files.h"
-#include "support/GlStage.h"
+#include "support/GlContext.h"
 #include "support/Soon.h"
 #include "support/WarningGuard.h"
 
@@ -174,8 +174,7 @@ protected:
     void keep(int layer, const QString &name)
     {
         QTest::qWait(300); // for pictures that load
-        save(test::downloadTexture(application->sharedGlContext(), manager->textureId(layer),
-                                   manager->textureSize(layer)),
+        save(test::downloadTexture(application->sharedGlContext(), manager->textureId(layer)),
              name);
     }
 
@@ -455,8 +454,7 @@ TEST_F(Interface, ASceneOfItsOwnIsUprightAndFollowedOrSaysWhyThereIsNone)
         EXPECT_EQ(render.size(), QSize(40, 20));
         EXPECT_EQ(render.textureSize(), QSize(40, 20));
         const auto pixel = [&](int y) {
-            return test::downloadTexture(application->sharedGlContext(), render.textureId(),
-                                         render.textureSize())
+            return test::downloadTexture(application->sharedGlContext(), render.textureId())
                 .pixelColor(20, y);
         };
         EXPECT_EQ(pixel(2), QColor(Qt::red));

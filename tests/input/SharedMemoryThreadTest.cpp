@@ -2,44 +2,30 @@
 
 #include "input/SharedMemoryThread.h"
 #include "input/SharedWriter.h"
+#include "support/GlContext.h"
 #include "support/Soon.h"
-#include "video/GlContext.h"
+#include "video/YuvReference.h"
 
 #include <QTest>
 
-#include <QOpenGLFunctions>
-
-#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr int kSize = 4 * 1024 * 1024;
 
-struct Pixel
-{
-    int r, g, b;
-};
-
 /// What the texture holds for a pixel of the pattern: red and blue exchanged in both kinds, as the
 /// panorama shader expects them.
-Pixel expectedPixel(int x, int y, int kind, int seed)
+std::array<int, 3> expectedPixel(int x, int y, int kind, int seed)
 {
     const auto byte = [y, seed](int column) {
         return int(test::patternByte(std::size_t(column), std::size_t(y), seed));
     };
     if (kind != 1)
         return {byte(4 * x), byte(4 * x + 1), byte(4 * x + 2)};
-    const auto studio = [](int sample, double range) {
-        return (16 + sample / 255.0 * range) / 255;
-    };
-    const double luma = 1.1643 * (studio(byte(2 * x), 219) - 0.0625);
-    const double u = studio(byte(x / 2 * 4 + 1), 224) - 0.5;
-    const double v = studio(byte(x / 2 * 4 + 3), 224) - 0.5;
-    const auto level = [](double value) {
-        return int(std::lround(std::clamp(value, 0.0, 1.0) * 255));
-    };
-    return {level(luma + 1.793 * u), level(luma - 0.2126 * v - 0.534 * u), level(luma + 2.115 * v)};
+    const int pair = x / 2 * 4;
+    return test::colourOf({byte(2 * x) / 255.0, byte(pair + 1) / 255.0, byte(pair + 3) / 255.0},
+                          YuvColours::Compressed);
 }
 
 class Thread : public ::testing::Test
@@ -48,17 +34,11 @@ protected:
     Thread()
     {
         share.setCurrent(false);
-        view.setShareContext(&share.context());
-        EXPECT_TRUE(view.create());
         surface.create();
         QObject::connect(&thread, &SharedMemoryThread::logTextChanged,
                          [this](const QString &text) { log = text; });
     }
-    ~Thread() override
-    {
-        stop();
-        view.doneCurrent();
-    }
+    ~Thread() override { stop(); }
 
     void stop()
     {
@@ -75,32 +55,18 @@ protected:
         const int texture = published.textureId();
         if (texture == 0 || published.size() != QSize(width, height))
             return false;
-        EXPECT_TRUE(view.makeCurrent(&surface));
-        QOpenGLFunctions *gl = view.functions();
-        GLuint target = 0;
-        gl->glGenFramebuffers(1, &target);
-        gl->glBindFramebuffer(GL_FRAMEBUFFER, target);
-        gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D,
-                                   GLuint(texture), 0);
-        std::vector<std::uint8_t> pixels(std::size_t(width * height) * 4);
-        const bool readable =
-            gl->glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
-        if (readable)
-            gl->glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-        gl->glDeleteFramebuffers(1, &target);
-        bool same = readable;
+        const QImage pixels = test::downloadTexture(&share.context(), texture);
+        bool same = pixels.size() == published.size();
         for (int i = 0; i < width * height && same; ++i) {
-            const Pixel expected = expectedPixel(i % width, i / width, kind, seed);
-            const std::uint8_t *pixel = &pixels[std::size_t(i) * 4];
-            same = std::abs(pixel[0] - expected.r) <= 1 && std::abs(pixel[1] - expected.g) <= 1 &&
-                   std::abs(pixel[2] - expected.b) <= 1;
+            const auto expected = expectedPixel(i % width, i / width, kind, seed);
+            for (std::size_t c = 0; c < 3; ++c)
+                same = same && std::abs(pixels.constBits()[i * 4 + int(c)] - expected[c]) <= 1;
         }
         return same;
     }
 
     test::SharedWriter writer;
     test::GlContext share;
-    QOpenGLContext view;
     QOffscreenSurface surface;
     PublishedFrame published;
     QString log;

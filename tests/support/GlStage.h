@@ -2,9 +2,8 @@
 
 // A GL context without a window, a texture and a framebuffer: where shaders are drawn in tests.
 
-#include <QImage>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
+#include "support/GlContext.h"
+
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 
@@ -27,36 +26,10 @@ inline GLuint uploadTexture(const QImage &image, GLuint texture = 0)
     return texture;
 }
 
-/// What @p texture of the share group of @p shared holds, its first row at the top. @p shared must
-/// be current on no other thread.
-inline QImage downloadTexture(QOpenGLContext *shared, int texture, const QSize &size)
-{
-    QOpenGLContext context;
-    context.setShareContext(shared);
-    context.setFormat(shared->format());
-    QOffscreenSurface surface;
-    surface.create();
-    if (!context.create() || !context.makeCurrent(&surface))
-        return {};
-    QImage image(size, QImage::Format_RGBA8888_Premultiplied);
-    using GetTexImage = void (*)(GLenum, GLint, GLenum, GLenum, void *);
-    context.functions()->glBindTexture(GL_TEXTURE_2D, GLuint(texture));
-    reinterpret_cast<GetTexImage>(context.getProcAddress("glGetTexImage"))(
-        GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
-    return image;
-}
-
 class GlStage
 {
 public:
-    GlStage()
-    {
-        m_surface.create();
-        m_context.create();
-        m_context.makeCurrent(&m_surface);
-    }
-
-    QOpenGLFunctions *functions() { return m_context.functions(); }
+    QOpenGLFunctions *functions() { return m_gl.context().functions(); }
 
     /// Binds a transparent target of this size and sets the viewport to it.
     void begin(const QSize &size)
@@ -73,8 +46,7 @@ public:
     QImage end() { return m_target->toImage(); }
 
 private:
-    QOffscreenSurface m_surface;
-    QOpenGLContext m_context;
+    GlContext m_gl;
     std::unique_ptr<QOpenGLFramebufferObject> m_target;
 };
 

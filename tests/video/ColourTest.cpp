@@ -1,3 +1,4 @@
+#include "support/GlContext.h"
 #include "support/Soon.h"
 #include "video/PlayerWindow.h"
 #include "video/YuvReference.h"
@@ -26,14 +27,14 @@ QByteArray decoded(const QUrl &clip, const char *pixelFormat, const char *filter
     return ffmpeg.readAllStandardOutput();
 }
 
-test::Picture played(test::PlayerWindow &window, const QUrl &clip, const QString &pixelFormat)
+QImage played(test::PlayerWindow &window, const QUrl &clip, const QString &pixelFormat)
 {
     EXPECT_TRUE(window.openAndShow(clip));
     window.player().pause();
     EXPECT_SOON(window.reached(KVlcPlayerQml::Paused));
     EXPECT_EQ(window.player().texturePixelFormat(), pixelFormat);
     EXPECT_EQ(window.player().textureTransfer(), QStringLiteral("Pixel Buffer Object\n"));
-    return test::readTexture(window.player().textureId());
+    return test::downloadTexture(QOpenGLContext::globalShareContext(), window.player().textureId());
 }
 
 TEST(Colours, ReachTheTextureAsTheFormulasSay)
@@ -49,8 +50,8 @@ TEST(Colours, ReachTheTextureAsTheFormulasSay)
         SCOPED_TRACE(std::string(clip) + " by " + writingTool);
         window.player().setFileMetadata(
             {{QStringLiteral("Writing Tool"), QLatin1String(writingTool)}});
-        const test::Picture picture = played(window, test::clip(clip), format);
-        ASSERT_EQ(picture.size, QSize(640, 160));
+        const QImage picture = played(window, test::clip(clip), format);
+        ASSERT_EQ(picture.size(), QSize(640, 160));
         const QByteArray bytes = decoded(test::clip(clip), decodedAs);
         ASSERT_EQ(bytes.size(), 640 * 240);
         const test::RawFrame raw{reinterpret_cast<const std::uint8_t *>(bytes.data()), 640, 240};
@@ -60,7 +61,7 @@ TEST(Colours, ReachTheTextureAsTheFormulasSay)
                 test::sampleAt(raw, VlcPixelFormat::I420, at % 640, at / 640, 160), colours);
             for (std::size_t i = 0; i < 3; ++i)
                 worst =
-                    std::max(worst, std::abs(expected[i] - picture.bytes[std::size_t(at) * 4 + i]));
+                    std::max(worst, std::abs(expected[i] - picture.constBits()[at * 4 + int(i)]));
         }
         // Later frames of the clip differ from the first by what the encoder loses.
         EXPECT_LE(worst, 3);
@@ -75,15 +76,15 @@ TEST(Colours, AreTheDecodersOwnWithoutShaderConversion)
     for (const char *clip : {"patches_limited.mp4", "patches_full.mov"}) {
         SCOPED_TRACE(clip);
         test::PlayerWindow window;
-        const test::Picture picture = played(window, test::clip(clip), QStringLiteral("BGRA"));
+        const QImage picture = played(window, test::clip(clip), QStringLiteral("BGRA"));
         // libvlc's converter takes the coefficients of BT.601 whatever the file says.
         const QByteArray bytes =
             decoded(test::clip(clip), "bgra", "scale=in_color_matrix=bt601:out_color_matrix=bt601");
-        ASSERT_EQ(bytes.size(), int(picture.bytes.size()));
+        ASSERT_EQ(bytes.size(), picture.sizeInBytes());
         for (int patch = 0; patch < 8; ++patch) {
             const int at = (80 * 640 + patch * 80 + 40) * 4;
             for (int i = 0; i < 3; ++i)
-                EXPECT_NEAR(quint8(bytes[at + i]), picture.bytes[std::size_t(at + i)], 2) << patch;
+                EXPECT_NEAR(quint8(bytes[at + i]), picture.constBits()[at + i], 2) << patch;
         }
     }
     VlcConfig::publish(nullptr);

@@ -1,6 +1,6 @@
 #include "video/PlayerWindow.h"
 
-#include "video/GlContext.h"
+#include "support/GlContext.h"
 
 #include <gtest/gtest.h>
 
@@ -19,20 +19,6 @@ QUrl clip(const char *name)
     if (!qstrncmp(name, "http", 4))
         return QUrl(QString::fromUtf8(name));
     return QUrl::fromLocalFile(folder + QLatin1Char('/') + QString::fromUtf8(name));
-}
-
-Picture readTexture(int textureId)
-{
-    GlContext gl;
-    GLint width = 0;
-    GLint height = 0;
-    gl->glBindTexture(GL_TEXTURE_2D, GLuint(textureId));
-    gl->glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
-    gl->glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    Picture picture{QSize(width, height),
-                    std::vector<std::uint8_t>(std::size_t(width * height) * 4)};
-    gl->glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.bytes.data());
-    return picture;
 }
 
 std::array<int, 4> liveGlObjects()

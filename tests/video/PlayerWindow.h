@@ -8,20 +8,10 @@
 #include <QQuickView>
 #include <QTest>
 
-#include <vector>
-
 namespace test {
 
 /// A clip of make-clips.sh, which runs at the first call; a web address stays one.
 QUrl clip(const char *name);
-
-/// RGBA bytes of a texture in the share group of all windows, its first row first.
-struct Picture
-{
-    QSize size;
-    std::vector<std::uint8_t> bytes;
-};
-Picture readTexture(int textureId);
 
 /// Textures, buffers, programs and shaders alive in the share group of all windows.
 std::array<int, 4> liveGlObjects();

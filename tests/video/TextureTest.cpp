@@ -1,4 +1,4 @@
-#include "video/GlContext.h"
+#include "support/GlContext.h"
 
 #include "video/FrameTexture.h"
 #include "video/IntelMapTextureImp.h"

@@ -1,4 +1,4 @@
-#include "video/GlContext.h"
+#include "support/GlContext.h"
 #include "video/YuvReference.h"
 
 #include "support/WarningGuard.h"
