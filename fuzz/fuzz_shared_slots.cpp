@@ -1,7 +1,9 @@
 // Blocks of frames by a hostile writer: the reader stays inside the block and its target, ends, and
 // writes nothing but its own words.
 
-#include "input/MemoryBlock.h"
+#include "MemoryBlock.h"
+
+#include "input/SharedFrameReader.h"
 #include "video/PlaneLayout.h"
 
 #include <cstdlib>

@@ -140,10 +140,7 @@ TEST(Bitmap, EachOperationRefusesWhatItCannotUse)
     tooGood.quality = 101;
     const test::Pictures pictures;
     const QString text = pictures.write("a.jpg", "text");
-    const struct
-    {
-        QString message, expected;
-    } rows[] = {
+    const std::pair<QString, QString> rows[] = {
         {messageOf([&] { KImage::Convert(none, PixelFormat::Rgb8); }), "Invalid Bitmap"},
         {messageOf([&] { KImage::Scale(none, QSize(1, 1)); }), "Invalid Bitmap"},
         {messageOf([&] { KImage::ID_WriteToCache(none); }), "Invalid Bitmap"},
@@ -163,8 +160,8 @@ TEST(Bitmap, EachOperationRefusesWhatItCannotUse)
          "Cannot write into file \"/proc/a.jpg\""},
     };
     int index = 0;
-    for (const auto &row : rows)
-        EXPECT_EQ(row.message.toStdString(), row.expected.toStdString()) << "row " << index++;
+    for (const auto &[message, expected] : rows)
+        EXPECT_EQ(message.toStdString(), expected.toStdString()) << "row " << index++;
     try {
         KImage::Scale(none, QSize(1, 1));
     } catch (const KException &error) {

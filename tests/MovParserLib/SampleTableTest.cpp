@@ -71,18 +71,13 @@ TEST(SampleTable, AnswersForEachSample)
 TEST(SampleTable, FindsSamplesByTime)
 {
     const SampleTableAtom table = tableOf(kAll);
-    const struct
-    {
-        qint64 time;
-        Status status;
-        quint32 sample;
-    } rows[] = {
+    const std::tuple<qint64, Status, quint32> rows[] = {
         {0, 0, 0},  {9, 0, 0},  {10, 0, 1}, {29, 0, 2}, {30, 0, 3},
         {34, 0, 3}, {39, 0, 4}, {40, 1, 0}, {-1, 1, 0}, {std::numeric_limits<qint64>::max(), 1, 0}};
-    for (const auto &row : rows) {
+    for (const auto &[time, status, expected] : rows) {
         quint32 sample = 0;
-        EXPECT_EQ(table.getSampleAtTime(row.time, &sample), row.status) << row.time;
-        EXPECT_EQ(sample, row.sample) << row.time;
+        EXPECT_EQ(table.getSampleAtTime(time, &sample), status) << time;
+        EXPECT_EQ(sample, expected) << time;
     }
     // The length of a run wraps at 32 bits: here to nothing, so it is stepped over.
     quint32 sample = 0;

@@ -135,18 +135,15 @@ TEST_P(ProvidersTest, RequestsByteForByte)
     for (int i : {2, 3}) {
         const auto &record = server.requests[i];
         EXPECT_EQ(record.line, "POST /production/dse-ep/MessageProxy HTTP/1.1");
-        const struct
-        {
-            const char *name;
-            QByteArray value;
-        } headers[] = {{"uuid_text", "{u}"},
-                       {"user-agent", "agent"},
-                       {"content-type", "application/json"},
-                       {"_xovdatacategory_", "cat/egory"},
-                       {"_xovenvironment_", "prod"},
-                       {"Content-Length", QByteArray::number(record.body.size())}};
-        for (const auto &header : headers)
-            EXPECT_EQ(record.header(header.name), header.value) << header.name;
+        const std::tuple<const char *, QByteArray> headers[] = {
+            {"uuid_text", "{u}"},
+            {"user-agent", "agent"},
+            {"content-type", "application/json"},
+            {"_xovdatacategory_", "cat/egory"},
+            {"_xovenvironment_", "prod"},
+            {"Content-Length", QByteArray::number(record.body.size())}};
+        for (const auto &[name, value] : headers)
+            EXPECT_EQ(record.header(name), value) << name;
         const QByteArray time = record.header("dt");
         EXPECT_TRUE(QDateTime::fromString(time, "yyyy-MM-dd'T'hh:mm:ss'Z'").isValid())
             << time.constData();
@@ -168,12 +165,7 @@ TEST_P(ProvidersTest, WhichAnswersCountAsTaken)
 {
     const QByteArray redirect = "HTTP/1.1 307 Away\r\nLocation: /elsewhere\r\n"
                                 "Content-Length: 0\r\nConnection: close\r\n\r\n";
-    const struct
-    {
-        const char *name;
-        QByteArray answer;
-        QVector<int> waiting;
-    } rows[] = {
+    const std::tuple<const char *, QByteArray, QVector<int>> rows[] = {
         {"ok", accepted(), {0, 0}},
         {"no content", HttpServer::reply("204 No Content", ""), {0, 1}},
         {"not ok", HttpServer::reply("200 OK", R"({"status":"no"})"), {0, 1}},
@@ -188,12 +180,12 @@ TEST_P(ProvidersTest, WhichAnswersCountAsTaken)
         {"cut off", "HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{\"status\"", {1, 1}},
         {"not HTTP", QByteArray("ok\n\n"), {1, 1}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        server.setAnswer([&](const HttpServer::Request &) { return row.answer; });
+    for (const auto &[name, reply, stillWaiting] : rows) {
+        SCOPED_TRACE(name);
+        server.setAnswer([answer = reply](const HttpServer::Request &) { return answer; });
         batch({"event"});
         finish();
-        EXPECT_EQ(waiting(), row.waiting);
+        EXPECT_EQ(waiting(), stillWaiting);
         server.setAnswer([](const HttpServer::Request &) { return accepted(); });
         batch({});
         finish();

@@ -272,20 +272,15 @@ TEST_F(AutomaticView, AStillIsShownAnewWhenItsOptionsChange)
     };
     KSettingsManager *store = application->settings()->settingsManager();
     // What stands there while a picture loads (34) lies in none of the ranges.
-    const struct
-    {
-        const char *key;
-        double value;
-        int darkest, brightest;
-    } rows[] = {
+    const std::tuple<const char *, double, int, int> rows[] = {
         {nullptr, 0, 40, 50}, {"image/rawGamma", 1, 3, 9}, {"image/rawBrightness", 3, 13, 24}};
-    for (const auto &row : rows) {
-        if (row.key)
-            store->Set(row.key, row.value);
-        EXPECT_TRUE(test::soon([&] {
+    for (const auto &[key, value, darkest, brightest] : rows) {
+        if (key)
+            store->Set(key, value);
+        EXPECT_TRUE(test::soon([&, from = darkest, to = brightest] {
             const int seen = level();
-            return seen >= row.darkest && seen <= row.brightest;
-        })) << (row.key ? row.key : "as opened")
+            return seen >= from && seen <= to;
+        })) << (key ? key : "as opened")
             << ": " << level();
     }
     const int edition = application->stillOptions()->edition();

@@ -60,29 +60,26 @@ TEST(Gaze, MeetsThePanelWhereItIsDrawn)
 TEST(Tap, IsANodOfAHeadThatRested)
 {
     const float steep = CameraMath::kPi / 4;
-    const struct
-    {
-        float speed, pitch;
-        bool tap;
-    } steps[] = {{9, 0, false},                                       // never rested yet
-                 {2, 0, false},      {9, 0, false},                   // 2 is no rest
-                 {1.9F, 0, false},   {8, 0, false},                   // nor 8 a nod
-                 {1, 0, false},      {9, 0, true},     {9, 0, false}, // once only
-                 {3, 0, false},      {9, 0, false},    {1, steep, false},
-                 {9, 0, false}, // rests that do not count
-                 {1, -steep, false}, {9, 0, false},    {1, NAN, false},
-                 {9, 0, false},      {1, 0.7F, false}, {9, steep, false},
-                 {9, 0.7F, true}, // armed stays armed
-                 {1, 0, false},      {NAN, 0, false},  {9, 0, true}};
+    const std::tuple<float, float, bool>
+        steps[] = {{9, 0, false},                                       // never rested yet
+                   {2, 0, false},      {9, 0, false},                   // 2 is no rest
+                   {1.9F, 0, false},   {8, 0, false},                   // nor 8 a nod
+                   {1, 0, false},      {9, 0, true},     {9, 0, false}, // once only
+                   {3, 0, false},      {9, 0, false},    {1, steep, false},
+                   {9, 0, false}, // rests that do not count
+                   {1, -steep, false}, {9, 0, false},    {1, NAN, false},
+                   {9, 0, false},      {1, 0.7F, false}, {9, steep, false},
+                   {9, 0.7F, true}, // armed stays armed
+                   {1, 0, false},      {NAN, 0, false},  {9, 0, true}};
     TapDetector detector;
     int number = 0;
-    for (const auto &step : steps) {
+    for (const auto &[speed, pitch, tap] : steps) {
         // The length counts, not one axis.
-        const float axis = step.speed / std::sqrt(3.0F);
-        EXPECT_EQ(detector.detect(step.speed > 5 ? std::array<float, 3>{axis, -axis, axis}
-                                                 : std::array<float, 3>{0, -step.speed, 0},
-                                  step.pitch),
-                  step.tap)
+        const float axis = speed / std::sqrt(3.0F);
+        EXPECT_EQ(detector.detect(speed > 5 ? std::array<float, 3>{axis, -axis, axis}
+                                            : std::array<float, 3>{0, -speed, 0},
+                                  pitch),
+                  tap)
             << "step " << number;
         ++number;
     }

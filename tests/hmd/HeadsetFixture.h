@@ -148,40 +148,34 @@ protected:
         constexpr int kOver = B::STEREO_3D_OVERUNDER;
         constexpr int kBeside = B::STEREO_3D_SIDEBYSIDE;
         constexpr int kInverted = B::STEREO_3D_SIDEBYSIDE_INVERTED;
-        const struct
-        {
-            const char *name;
-            int source, stereo;
-            CameraAngles head;
-            float shiftYaw;
-            QVector4D left; // tangents, which the right eye has mirrored
-        } cases[] = {
+        // The tangents are the left eye's, which the right one has mirrored.
+        const std::tuple<const char *, int, int, CameraAngles, float, QVector4D> cases[] = {
             {"straight", kSphere, B::STEREO_2D, {}, 0, {1, 1, 1, 1}},
             {"lens", kSphere, kOver, {0.8F, -0.5F, 0.4F}, 1, {1.4F, 0.9F, 1.1F, 1}},
             {"cubes", B::CUBEMAP, kInverted, {-2.1F, 1.1F, -0.7F}, -2, {1.6F, 0.7F, 0.9F, 1.2F}},
             {"flat", B::STANDARD, kBeside, {0.3F, 0.2F, 0.4F}, 0, {1.2F, 1.2F, 1.08F, 1.08F}},
         };
-        for (const auto &c : cases) {
-            SCOPED_TRACE(c.name);
-            builder->setProjectionSource(c.source);
-            builder->setStereoMode(c.stereo);
-            const QMatrix4x4 head = CameraMath::matrixFromAngles(c.head);
-            const bool turned = c.shiftYaw != 0;
+        for (const auto &[name, source, stereo, angles, shiftYaw, left] : cases) {
+            SCOPED_TRACE(name);
+            builder->setProjectionSource(source);
+            builder->setStereoMode(stereo);
+            const QMatrix4x4 head = CameraMath::matrixFromAngles(angles);
+            const bool turned = shiftYaw != 0;
             application->globalObject()->setOffsetMatrix(
                 CameraMath::matrixFromAngles({turned ? 0.4F : 0, 0, 0}));
             const QMatrix4x4 lens = turned ? rightLens : QMatrix4x4();
-            const QVector4D right(c.left.y(), c.left.x(), c.left.z(), c.left.w());
-            const EyeSight sights[] = {{c.left, lens.inverted()}, {right, lens}};
+            const QVector4D right(left.y(), left.x(), left.z(), left.w());
+            const EyeSight sights[] = {{left, lens.inverted()}, {right, lens}};
             script.set("size 160 144;" + HeadsetScript::headLines(head));
             for (int eye = 0; eye < 2; ++eye)
                 describe(eye, sights[eye]);
-            startTracking()->setShiftYaw(c.shiftYaw);
-            const QMatrix4x4 pose = CameraMath::matrixFromAngles({-c.shiftYaw, 0, 0}) * head;
+            startTracking()->setShiftYaw(shiftYaw);
+            const QMatrix4x4 pose = CameraMath::matrixFromAngles({-shiftYaw, 0, 0}) * head;
             ASSERT_TRUE(turnsTo(pose));
             shader::ShaderKey key;
-            key.projectionSource = c.source;
-            key.stereoMode = c.stereo;
-            const auto images = script.eyePictures(family + '-' + c.name);
+            key.projectionSource = source;
+            key.stereoMode = stereo;
+            const auto images = script.eyePictures(family + '-' + name);
             for (std::size_t eye = 0; eye < 2; ++eye)
                 expectEye(images[eye], int(eye), sights[eye], pose, key, pattern);
             application->setHmd(nullptr);

@@ -102,13 +102,9 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
     // Beside the pictures, so that nothing is chosen; the panel stays behind to the left.
     turnHead(1.1F);
     ASSERT_SOON(manager->uiState() == KHmdUIManager::Idle);
-    const struct
-    {
-        QPoint panel;
-        bool onCard;
-    } points[] = {{{2020, 1280}, true},  {{2560, 1280}, true}, {{2200, 1150}, true},
-                  {{2660, 1060}, false}, {{2200, 770}, false}, {{2200, 1350}, false},
-                  {{2614, 1000}, true},  {{2628, 1200}, false}};
+    const std::tuple<QPoint, bool> points[] = {
+        {{2020, 1280}, true}, {{2560, 1280}, true},  {{2200, 1150}, true}, {{2660, 1060}, false},
+        {{2200, 770}, false}, {{2200, 1350}, false}, {{2614, 1000}, true}, {{2628, 1200}, false}};
     std::string wrong;
     EXPECT_TRUE(test::soon([&] {
         const QImage eye = script.eyePictures("interface-turned")[0];
@@ -119,9 +115,9 @@ TEST_F(InterfaceEyes, ThePanelStandsInTheWorldAndTheReticleInTheView)
             if (!eye.rect().contains(at) || distance(eye.pixelColor(at), expected) > 12)
                 wrong += QStringLiteral("%1 %2 ").arg(at.x()).arg(at.y()).toStdString();
         };
-        for (const auto &point : points)
-            expect(inEye(point.panel, manager->orientation()),
-                   point.onCard ? panel.pixelColor(point.panel) : kSurroundings);
+        for (const auto &[point, onCard] : points)
+            expect(inEye(point, manager->orientation()),
+                   onCard ? panel.pixelColor(point) : kSurroundings);
         expect({kEyePixels / 2, kEyePixels / 2}, Qt::white);
         return wrong.empty();
     })) << "wrong at "

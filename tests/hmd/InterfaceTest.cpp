@@ -204,6 +204,8 @@ KHmdUIManager *Interface::manager = nullptr;
 
 TEST_F(Interface, ANodOpensThePanelStraightAheadAndANodBesideItClosesIt)
 {
+    settings->set("application/hmd/gazeUI",
+                  false); // a gaze that rests on a picture chooses nothing
     open(QStringList{ORBILENS_SOURCE_DIR "/samples/panorama.jpg"} + stills(2));
     look(100, 10);
     EXPECT_EQ(manager->uiState(), KHmdUIManager::Idle); // closed: nothing to rest on
@@ -320,6 +322,8 @@ TEST_F(Interface, ControllersActOnTheMediumWhileThePanelIsClosed)
 
 TEST_F(Interface, LongListsSlideAndShowWhatTheyHave)
 {
+    settings->set("application/hmd/gazeUI",
+                  false); // a gaze that rests on a picture chooses nothing
     QStringList files = stills(4);
     QImage thumb(400, 240, QImage::Format_RGB32);
     thumb.fill(Qt::darkGreen);

@@ -20,11 +20,7 @@ TEST(OculusValues, LooksForTheLibraryUnderItsNameInEachFolder)
 TEST(OculusValues, HeadAnglesAreThoseOfTheTurnedView)
 {
     const float half = std::sqrt(0.5F), not_a_number = std::numeric_limits<float>::quiet_NaN();
-    const struct
-    {
-        ovrQuatf orientation;
-        std::optional<CameraAngles> angles;
-    } rows[] = {
+    const std::tuple<ovrQuatf, std::optional<CameraAngles>> rows[] = {
         {{0, 0, 0, 1}, CameraAngles{0, 0, 0}},
         {{0, half, 0, half}, CameraAngles{-CameraMath::kPi / 2, 0, 0}}, // to the left
         {{0, 0, 2 * half, 2 * half}, CameraAngles{0, 0, CameraMath::kPi / 2}},
@@ -34,15 +30,15 @@ TEST(OculusValues, HeadAnglesAreThoseOfTheTurnedView)
         {{0, 0, 0, 0}, std::nullopt},
         {{0, not_a_number, 0, 1}, std::nullopt},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(&row - rows);
-        const auto angles = OculusGeometry::headAngles(row.orientation);
-        ASSERT_EQ(angles.has_value(), row.angles.has_value());
+    for (const auto &[q, expected] : rows) {
+        SCOPED_TRACE(testing::Message() << q.x << ' ' << q.y << ' ' << q.z << ' ' << q.w);
+        const auto angles = OculusGeometry::headAngles(q);
+        ASSERT_EQ(angles.has_value(), expected.has_value());
         if (!angles)
             continue;
-        EXPECT_NEAR(angles->yaw, row.angles->yaw, 1e-4);
-        EXPECT_NEAR(angles->pitch, row.angles->pitch, 1e-4);
-        EXPECT_NEAR(angles->roll, row.angles->roll, 1e-4);
+        EXPECT_NEAR(angles->yaw, expected->yaw, 1e-4);
+        EXPECT_NEAR(angles->pitch, expected->pitch, 1e-4);
+        EXPECT_NEAR(angles->roll, expected->roll, 1e-4);
     }
 
     // Everywhere, the poles included, the angles give the turned view back.
@@ -88,12 +84,7 @@ TEST(OculusValues, EyesStandBesideTheHeadAndSeeTheirOwnFrustum)
 TEST(OculusValues, ButtonsAndSticksBecomeCodes)
 {
     OculusControls controls;
-    const struct
-    {
-        std::uint32_t buttons;
-        ovrVector2f left, right;
-        int code;
-    } rows[] = {
+    const std::tuple<unsigned, ovrVector2f, ovrVector2f, int> rows[] = {
         {0, {}, {}, 0},
         {ovrButton_Enter, {}, {}, 1},
         {ovrButton_X, {}, {}, 1},
@@ -110,12 +101,12 @@ TEST(OculusValues, ButtonsAndSticksBecomeCodes)
         {0, {}, {0, -0.8F}, 6},
         {0, {std::nanf(""), 0}, {}, 0},
     };
-    for (const auto &row : rows) {
+    for (const auto &[buttons, left, right, code] : rows) {
         ovrInputState remote = {}, hands = {};
-        remote.Buttons = row.buttons;
-        hands.Thumbstick[ovrHand_Left] = row.left;
-        hands.Thumbstick[ovrHand_Right] = row.right;
+        remote.Buttons = buttons;
+        hands.Thumbstick[ovrHand_Left] = left;
+        hands.Thumbstick[ovrHand_Right] = right;
         OculusControls::merge(&hands, remote);
-        EXPECT_EQ(controls.command(hands), row.code) << "row " << &row - rows;
+        EXPECT_EQ(controls.command(hands), code) << buttons << ' ' << left.x << ' ' << right.y;
     }
 }

@@ -167,21 +167,17 @@ TEST_F(OpenVR, TheStoredModeFollowsTheDeviceByOneRestart)
                         "Orbilens Player has to restart.";
     const QString on = "HMD detected.\nHMD mode is automatically activated.\n"
                        "Orbilens Player has to restart.";
-    const struct
-    {
-        bool stored;
-        const char *installed;
-        QString message; ///< empty: no restart
-        QString plugin;
-    } runs[] = {
+    // Without a message no restart.
+    const std::tuple<bool, const char *, QString, QString> runs[] = {
         {true, "0", off, "none"},  {true, "0", "", "other"}, // the same again has not helped before
         {false, "0", "", "other"}, {true, "0", off, "none"}, {false, "1", on, "vlc"},
     };
-    for (const auto &run : runs) {
-        SCOPED_TRACE(testing::Message() << &run - runs);
-        setting("application/hmd/hmdMode", run.stored);
+    for (const auto &[stored, installed, expected, plugin] : runs) {
+        SCOPED_TRACE(testing::Message() << stored << installed << plugin.toStdString());
+        const bool restarts = !expected.isEmpty();
+        setting("application/hmd/hmdMode", stored);
         store->Set("application/videoPlugin", "other");
-        script.set(QByteArray("installed ") + run.installed);
+        script.set(QByteArray("installed ") + installed);
         QString message;
         KHmd *hmd = start();
         QTimer watch;
@@ -193,15 +189,14 @@ TEST_F(OpenVR, TheStoredModeFollowsTheDeviceByOneRestart)
         });
         watch.start(10);
         QObject::connect(hmd, &KHmd::workerThreadFinished, qApp, [&] {
-            if (run.message.isEmpty())
+            if (!restarts)
                 QCoreApplication::exit(0);
         });
-        EXPECT_EQ(QCoreApplication::exec(),
-                  run.message.isEmpty() ? 0 : Application::kRestartStatus);
-        EXPECT_EQ(message, run.message);
-        EXPECT_EQ(store->GetString("application/videoPlugin", "none"), run.plugin);
+        EXPECT_EQ(QCoreApplication::exec(), restarts ? Application::kRestartStatus : 0);
+        EXPECT_EQ(message, expected);
+        EXPECT_EQ(store->GetString("application/videoPlugin", "none"), plugin);
         EXPECT_EQ(application->settings()->get("application/hmd/hmdMode").toBool(),
-                  run.stored == run.message.isEmpty());
+                  stored != restarts);
         EXPECT_FALSE(hmd->available());
         application->setHmd(nullptr);
     }

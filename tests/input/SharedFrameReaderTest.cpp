@@ -1,12 +1,10 @@
-#include "input/MemoryBlock.h"
+#include "input/SharedFrameReader.h"
+#include "input/SharedMemoryBlock.h"
+#include "input/SharedWriter.h"
 
 #include <gtest/gtest.h>
 
-#include <numeric>
-
 namespace {
-
-using test::MemoryBlock;
 
 constexpr quint32 kHandle = 77;
 constexpr quint32 kPixels = 1024;
@@ -17,7 +15,13 @@ class Reader : public ::testing::Test
 protected:
     Reader()
     {
-        block.setHeader(SharedLayout::kVersion, 4);
+        writer.create(4, kBytes);
+        open();
+    }
+
+    void open()
+    {
+        EXPECT_TRUE(block.open(writer.name()));
         EXPECT_EQ(reader.greet(block, kHandle), BlockGreeting::Accepted);
     }
 
@@ -27,22 +31,23 @@ protected:
         const auto slot = reader.take(block);
         if (!slot)
             return -1;
-        EXPECT_TRUE(block.isReady(slot->index)) << "the writer waits while the frame is copied";
+        EXPECT_TRUE(writer.isReady(slot->index)) << "the writer waits while the frame is copied";
         reader.release(block, *slot);
-        EXPECT_FALSE(block.isReady(slot->index));
+        EXPECT_FALSE(writer.isReady(slot->index));
         return qint64(slot->timestamp);
     }
     QByteArray readySlots() const
     {
         QByteArray ready;
         for (int i = 0; i < 4; ++i)
-            ready.append(block.isReady(i) ? '1' : '0');
+            ready.append(writer.isReady(i) ? '1' : '0');
         return ready;
     }
 
     SharedFaults faults;
     SharedFrameReader reader{&faults};
-    MemoryBlock block{kBytes};
+    test::SharedWriter writer;
+    SharedMemoryBlock block;
 };
 
 } // namespace
@@ -56,24 +61,24 @@ TEST(SharedFrames, AGreetingDecidesByTheVersion)
         {512, "AVRT_Shared_Memory1.", BlockGreeting::Rejected, true, true},
         {512, "", BlockGreeting::NotFilled, true, false},
         {0x94, "AVRT_Shared_Memory1.4", BlockGreeting::Accepted, true, false},
-        {0x93, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false}};
+        {0x93, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false},
+        {0, "AVRT_Shared_Memory1.4", BlockGreeting::NotFilled, false, false}};
     for (const auto &[bytes, version, greeting, introduced, rejected] : rows) {
-        MemoryBlock block(512);
-        block.setHeader(version, 1);
-        block.bytes.resize(bytes);
+        test::SharedWriter writer;
+        writer.create(1, 512, version);
+        SharedMemoryBlock block;
+        ASSERT_TRUE(block.open(writer.name()));
+        writer.resize(bytes);
         SharedFaults faults;
         SharedFrameReader reader(&faults);
         EXPECT_EQ(reader.greet(block, kHandle), greeting) << version;
-        EXPECT_EQ(block.get<quint32>(SharedLayout::kReaderHandle) == kHandle, introduced);
         EXPECT_EQ(reader.isKnownTo(block), introduced);
-        block.bytes.resize(512);
-        EXPECT_EQ(block.get<quint32>(SharedLayout::kRejected), rejected ? 1U : 0U);
+        writer.resize(512);
+        EXPECT_EQ(writer.get<quint32>(SharedLayout::kReaderHandle) == kHandle, introduced);
+        EXPECT_EQ(writer.get<quint32>(SharedLayout::kRejected), rejected ? 1U : 0U);
         EXPECT_EQ(faults.count(SharedFault::WrongVersion), rejected ? 1 : 0);
         EXPECT_EQ(faults.count(SharedFault::BlockTooSmall), introduced ? 0 : 1);
     }
-    MemoryBlock nothing(0);
-    SharedFaults faults;
-    EXPECT_EQ(SharedFrameReader(&faults).greet(nothing, kHandle), BlockGreeting::NotFilled);
 }
 
 TEST_F(Reader, PollsHalfAFrameTime)
@@ -83,8 +88,8 @@ TEST_F(Reader, PollsHalfAFrameTime)
         {1000, 1, 1}, {65535, 1, 1}, {1, 1, 500},       {1, 65535, 1000},
         {0, 1, 10},   {25, 0, 10},   {0, 0, 10},        {60000, 1001, 8}};
     for (const auto &[top, bottom, interval] : rows) {
-        block.set(MemoryBlock::slot(0) + SharedLayout::kRateNumerator, top);
-        block.set(MemoryBlock::slot(0) + SharedLayout::kRateDenominator, bottom);
+        writer.put(writer.slotAt(0) + SharedLayout::kRateNumerator, top);
+        writer.put(writer.slotAt(0) + SharedLayout::kRateDenominator, bottom);
         EXPECT_EQ(reader.pollInterval(block), interval) << top << "/" << bottom;
     }
 }
@@ -93,17 +98,17 @@ TEST_F(Reader, ALateReaderTakesTheNewestAndLeavesTheRest)
 {
     EXPECT_EQ(take(), -1);
     for (int i = 0; i < 3; ++i)
-        block.setFrame(i, quint64(10 + i), kPixels);
+        writer.frame(i, quint64(10 + i), 4, 2, 0, 0);
     EXPECT_EQ(take(), 12);
     EXPECT_EQ(readySlots(), "1100");
-    block.setFrame(3, 13, kPixels);
+    writer.frame(3, 13, 4, 2, 0, 0);
     EXPECT_EQ(take(), 13);
     // The ring comes to what it skipped: too old, and it stays ready.
     EXPECT_EQ(take(), -1);
     EXPECT_EQ(readySlots(), "1100");
-    block.setFrame(0, 14, kPixels);
-    block.setFrame(1, 15, kPixels);
-    block.setFrame(2, 9, kPixels);
+    writer.frame(0, 14, 4, 2, 0, 0);
+    writer.frame(1, 15, 4, 2, 0, 0);
+    writer.frame(2, 9, 4, 2, 0, 0);
     EXPECT_EQ(take(), 15) << "an older frame ends the look ahead";
     EXPECT_EQ(take(), -1);
     EXPECT_EQ(readySlots(), "1010");
@@ -112,70 +117,66 @@ TEST_F(Reader, ALateReaderTakesTheNewestAndLeavesTheRest)
 TEST_F(Reader, AWriterThatStartsAgainIsAccepted)
 {
     for (int i = 0; i < 3; ++i)
-        block.setFrame(i, quint64(100 + i), kPixels);
-    block.setFrame(3, 103, kPixels);
+        writer.frame(i, quint64(100 + i), 4, 2, 0, 0);
+    writer.frame(3, 103, 4, 2, 0, 0);
     EXPECT_EQ(take(), 103);
     reader.acceptRestart(block);
     EXPECT_EQ(take(), -1) << "what was skipped is no new beginning";
-    block.setFrame(0, 1, kPixels);
+    writer.frame(0, 1, 4, 2, 0, 0);
     EXPECT_EQ(take(), -1);
     reader.acceptRestart(block);
     EXPECT_EQ(take(), 102) << "the ring behind it is read on";
 
     // A header made anew does not know the reader any more.
     EXPECT_TRUE(reader.isKnownTo(block));
-    block.set(SharedLayout::kReaderHandle, quint32(0));
+    writer.put(SharedLayout::kReaderHandle, quint32(0));
     EXPECT_FALSE(reader.isKnownTo(block));
 }
 
 TEST_F(Reader, WhatDoesNotFitIsCountedAndGivenBack)
 {
-    struct Row
-    {
-        quint32 dataOffset;
-        quint16 width, height, rowBytes, pixelKind;
-        SharedFault fault; // Count for none
-    };
-    constexpr auto kFine = SharedFault::Count;
-    const Row rows[] = {{kPixels, 4, 2, 16, 0, kFine},
-                        {kPixels, 4, 2, 16, 1, kFine},
-                        {kPixels, 4, 2, 512, 7, kFine},
-                        {kPixels, 4, 2, 513, 0, SharedFault::FrameOutside},
-                        {0, 4, 2, 0, 0, kFine},
-                        {kPixels, 4, 2, 0, 0, SharedFault::FrameOutside},
-                        {0xFFFFFFFF, 4, 2, 16, 0, SharedFault::FrameOutside},
-                        {kBytes - 31, 4, 2, 16, 0, SharedFault::FrameOutside},
-                        {kBytes - 32, 4, 2, 16, 0, kFine},
-                        {kPixels, 0, 2, 16, 0, SharedFault::FrameImpossible},
-                        {kPixels, 4, 0, 16, 0, SharedFault::FrameImpossible},
-                        {kPixels, 65535, 65535, 1, 0, SharedFault::FrameImpossible},
-                        {kPixels, 65, 1, 260, 0, SharedFault::FrameImpossible},
-                        {kPixels, 33, 1, 66, 1, kFine},
-                        {kPixels, 34, 1, 68, 1, SharedFault::FrameImpossible},
-                        {kPixels, 1, 65, 4, 0, SharedFault::FrameImpossible},
-                        {kPixels, 1, 1, 2, 1, SharedFault::FrameImpossible},
-                        {kPixels, 64, 9, 4, 0, SharedFault::FrameImpossible}};
+    constexpr auto kFine = SharedFault::Count; // no fault
+    const std::tuple<quint32, quint16, quint16, quint16, quint16, SharedFault> rows[] = {
+        {kPixels, 4, 2, 16, 0, kFine},
+        {kPixels, 4, 2, 16, 1, kFine},
+        {kPixels, 4, 2, 512, 7, kFine},
+        {kPixels, 4, 2, 513, 0, SharedFault::FrameOutside},
+        {0, 4, 2, 0, 0, kFine},
+        {kPixels, 4, 2, 0, 0, SharedFault::FrameOutside},
+        {0xFFFFFFFF, 4, 2, 16, 0, SharedFault::FrameOutside},
+        {kBytes - 31, 4, 2, 16, 0, SharedFault::FrameOutside},
+        {kBytes - 32, 4, 2, 16, 0, kFine},
+        {kPixels, 0, 2, 16, 0, SharedFault::FrameImpossible},
+        {kPixels, 4, 0, 16, 0, SharedFault::FrameImpossible},
+        {kPixels, 65535, 65535, 1, 0, SharedFault::FrameImpossible},
+        {kPixels, 65, 1, 260, 0, SharedFault::FrameImpossible},
+        {kPixels, 33, 1, 66, 1, kFine},
+        {kPixels, 34, 1, 68, 1, SharedFault::FrameImpossible},
+        {kPixels, 1, 65, 4, 0, SharedFault::FrameImpossible},
+        {kPixels, 1, 1, 2, 1, SharedFault::FrameImpossible},
+        {kPixels, 64, 9, 4, 0, SharedFault::FrameImpossible}};
     reader.setLargestTexture(64);
     quint64 timestamp = 1;
-    for (const Row &row : rows) {
+    for (const auto &[dataOffset, width, height, rowBytes, pixelKind, fault] : rows) {
+        SCOPED_TRACE(testing::Message() << dataOffset << ": " << width << ", " << rowBytes);
         const int index = reader.slotIndex();
-        const quint64 at = MemoryBlock::slot(index);
-        block.setFrame(index, timestamp, row.dataOffset);
-        block.set(at + SharedLayout::kWidth, row.width);
-        block.set(at + SharedLayout::kHeight, row.height);
-        block.set(at + SharedLayout::kRowBytes, row.rowBytes);
-        block.set(at + SharedLayout::kPixelKind, row.pixelKind);
+        const std::size_t at = writer.slotAt(index);
+        writer.frame(index, timestamp, 4, 2, 0, 0);
+        writer.put(at + SharedLayout::kDataOffset, dataOffset);
+        writer.put(at + SharedLayout::kWidth, width);
+        writer.put(at + SharedLayout::kHeight, height);
+        writer.put(at + SharedLayout::kRowBytes, rowBytes);
+        writer.put(at + SharedLayout::kPixelKind, pixelKind);
         const SharedFaults before = faults;
         const auto slot = reader.take(block);
-        ASSERT_EQ(slot.has_value(), row.fault == kFine) << &row - rows;
+        ASSERT_EQ(slot.has_value(), fault == kFine);
         if (slot) {
-            EXPECT_EQ(slot->format,
-                      row.pixelKind == 1 ? VlcPixelFormat::Yuyv : VlcPixelFormat::Bgra);
+            EXPECT_EQ(slot->format, pixelKind == 1 ? VlcPixelFormat::Yuyv : VlcPixelFormat::Bgra);
             reader.release(block, *slot);
             ++timestamp;
         } else {
-            EXPECT_EQ(faults.count(row.fault), before.count(row.fault) + 1) << &row - rows;
-            EXPECT_FALSE(block.isReady(index));
+            EXPECT_EQ(faults.count(fault), before.count(fault) + 1);
+            EXPECT_FALSE(writer.isReady(index));
         }
         EXPECT_EQ(faults.total(), before.total() + (slot ? 0 : 1));
     }
@@ -191,44 +192,41 @@ TEST_F(Reader, SlotsOutsideTheBlockAreLeftOut)
         {4, SharedLayout::kSlots + 55, -1, 1},
         {4, 0x20, -1, 1}};
     for (const auto &[slotCount, bytes, taken, newFaults] : rows) {
-        block.bytes.assign(kBytes, 0);
-        block.setHeader(SharedLayout::kVersion, slotCount);
-        ASSERT_EQ(reader.greet(block, kHandle), BlockGreeting::Accepted);
-        block.setFrame(0, 9, kPixels);
-        block.bytes.resize(bytes);
+        writer.create(4, kBytes);
+        writer.put(SharedLayout::kSlotCount, slotCount);
+        open();
+        writer.frame(0, 9, 4, 2, 0, 0);
+        writer.resize(bytes);
         const int before = faults.total();
         EXPECT_EQ(take(), taken) << slotCount << " in " << bytes;
         EXPECT_EQ(faults.total(), before + newFaults);
-        block.bytes.resize(kBytes);
     }
 }
 
 TEST_F(Reader, RowsAreCopiedToTheirPitch)
 {
-    std::iota(block.bytes.begin() + kPixels, block.bytes.end(), uchar(0));
-    const struct
-    {
-        quint16 rowBytes;
-        quint32 rows;
-        std::vector<int> expected; // two rows, 8 bytes apart
-    } rows[] = {{8, 2, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}},
-                {10, 2, {0, 1, 2, 3, 4, 5, 6, 7, 10, 11, 12, 13, 14, 15, 16, 17}},
-                {3, 2, {0, 1, 2, 0, 0, 0, 0, 0, 3, 4, 5, 0, 0, 0, 0, 0}},
-                {8, 1, {0, 1, 2, 3, 4, 5, 6, 7, 99, 99, 99, 99, 99, 99, 99, 99}}};
-    for (const auto &row : rows) {
+    for (std::size_t i = 0; i < 100; ++i)
+        writer.put(kPixels + i, uchar(i));
+    // Two rows, 8 bytes apart.
+    const std::tuple<quint16, quint32, std::vector<int>> cases[] = {
+        {8, 2, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}},
+        {10, 2, {0, 1, 2, 3, 4, 5, 6, 7, 10, 11, 12, 13, 14, 15, 16, 17}},
+        {3, 2, {0, 1, 2, 0, 0, 0, 0, 0, 3, 4, 5, 0, 0, 0, 0, 0}},
+        {8, 1, {0, 1, 2, 3, 4, 5, 6, 7, 99, 99, 99, 99, 99, 99, 99, 99}}};
+    for (const auto &[rowBytes, rows, expected] : cases) {
         SharedSlot slot;
         slot.dataOffset = kPixels;
         slot.height = 2;
-        slot.rowBytes = row.rowBytes;
+        slot.rowBytes = rowBytes;
         std::vector<std::uint8_t> target(16, 99);
-        EXPECT_TRUE(reader.copy(block, slot, target.data(), 8, row.rows));
-        EXPECT_EQ(std::vector<int>(target.begin(), target.end()), row.expected);
+        EXPECT_TRUE(reader.copy(block, slot, target.data(), 8, rows));
+        EXPECT_EQ(std::vector<int>(target.begin(), target.end()), expected);
     }
     // A block cut short while its pixels are being copied.
     SharedSlot slot;
     slot.dataOffset = kPixels;
     slot.height = 2;
-    block.bytes.resize(kPixels + 15);
+    writer.resize(kPixels + 15);
     std::vector<std::uint8_t> target(16);
     for (const quint16 rowBytes : {8, 9}) {
         slot.rowBytes = rowBytes;

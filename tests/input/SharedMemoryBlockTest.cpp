@@ -88,21 +88,3 @@ TEST_F(SharedBlock, AWriterThatCutsItsBlockHarmsNobody)
     reader.release(block, slot);
     EXPECT_EQ(block.size(), 0U) << "the reader never makes a block longer";
 }
-
-TEST_F(SharedBlock, ABlockMadeAnewIsNoticed)
-{
-    EXPECT_FALSE(block.open("/orbilens-test-none"));
-    EXPECT_FALSE(block.isReplaced(writer.name()));
-    EXPECT_EQ(block.size(), 0U);
-    writer.create(1, kSize);
-    open();
-    EXPECT_FALSE(block.isReplaced(writer.name()));
-    writer.unlink();
-    EXPECT_FALSE(block.isReplaced(writer.name())) << "gone is not replaced: the picture stays";
-    writer.leave();
-    EXPECT_EQ(block.size(), quint64(kSize));
-    writer.create(1, 4096);
-    EXPECT_TRUE(block.isReplaced(writer.name()));
-    open();
-    EXPECT_EQ(block.size(), 4096U);
-}

@@ -104,7 +104,8 @@ TEST_F(Thread, KeepsThePictureOfAWriterThatDiesAndFollowsTheNext)
     writer.frame(0, 1000, 64, 32, 0, 1);
     EXPECT_TRUE(comesToShow(64, 32, 0, 1));
     writer.leave();
-    QTest::qWait(1300);
+    writer.unlink();
+    QTest::qWait(1300); // longer than it takes to look for another block
     EXPECT_TRUE(shows(64, 32, 0, 1));
 
     // Another block under the name, with timestamps from the beginning.

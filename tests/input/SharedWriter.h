@@ -92,13 +92,16 @@ public:
     {
         std::memcpy(m_block + offset, &value, sizeof value);
     }
-    bool isReady(int slot) const
+    template <class Number>
+    Number get(std::size_t offset) const
     {
-        std::uint16_t ready = 0;
-        std::memcpy(&ready, m_block + slotAt(slot) + 0x30, sizeof ready);
+        Number value = 0;
+        std::memcpy(&value, m_block + offset, sizeof value);
         std::atomic_thread_fence(std::memory_order_acquire);
-        return ready != 0;
+        return value;
     }
+    static std::size_t slotAt(int slot) { return 0x94 + 56 * std::size_t(slot); }
+    bool isReady(int slot) const { return get<std::uint16_t>(slotAt(slot) + 0x30) != 0; }
 
     void frame(int slot, std::uint64_t timestamp, int width, int height, int kind,
                const std::vector<std::uint8_t> &pixels)
@@ -138,8 +141,6 @@ public:
     }
 
 private:
-    static std::size_t slotAt(int slot) { return 0x94 + 56 * std::size_t(slot); }
-
     QString m_name;
     std::size_t m_slots = 1, m_bytes = 0;
     int m_descriptor = -1;

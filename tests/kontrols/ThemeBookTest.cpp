@@ -112,12 +112,7 @@ TEST_F(ThemeBookTest, choosesAStyleByClassNameThenByNearness)
     for (const char *name : {"base", "child", "bare"})
         m_book.readFolder(folder(QLatin1String(name)));
 
-    const struct
-    {
-        const char *theme, *type;
-        QStringList classNames;
-        const char *expected;
-    } cases[] = {
+    const std::tuple<const char *, const char *, QStringList, const char *> cases[] = {
         {"Base", "ButtonStyle", {}, "base/styles/ButtonStyle.qml"},
         {"Base", "ButtonStyle", {"imageonly"}, "base/styles/ButtonStyle_imageonly.qml"},
         {"Base", "ButtonStyle", {"unknown"}, "base/styles/ButtonStyle.qml"},
@@ -130,12 +125,11 @@ TEST_F(ThemeBookTest, choosesAStyleByClassNameThenByNearness)
         {"Base", "../styles/ButtonStyle", {}, ""},
         {"Base", "ButtonStyle", {"../ButtonStyle"}, "base/styles/ButtonStyle.qml"},
     };
-    for (const auto &c : cases) {
-        const auto theme = m_book.merged(QLatin1String(c.theme));
+    for (const auto &[title, type, classNames, file] : cases) {
+        const auto theme = m_book.merged(QLatin1String(title));
         ASSERT_TRUE(theme);
-        const QUrl expected =
-            *c.expected ? QUrl::fromLocalFile(folder(QLatin1String(c.expected))) : QUrl();
-        EXPECT_EQ(theme->styleFile(QLatin1String(c.type), c.classNames), expected)
-            << c.theme << ' ' << c.type << ' ' << c.classNames.join(' ').toStdString();
+        const QUrl expected = *file ? QUrl::fromLocalFile(folder(QLatin1String(file))) : QUrl();
+        EXPECT_EQ(theme->styleFile(QLatin1String(type), classNames), expected)
+            << title << ' ' << type << ' ' << classNames.join(' ').toStdString();
     }
 }

@@ -7,12 +7,14 @@
 #include "render/KShaderCodeBuilder.h"
 #include "resources/SceneResources.h"
 #include "settings/KSettings.h"
+#include "support/Files.h"
 #include "support/IsolatedHome.h"
 #include "support/KeepModulesLoaded.h"
 #include "video/KVideoPlugin.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QJsonDocument>
 #include <QMutex>
 #include <QQmlComponent>
 #include <QQmlContext>
@@ -63,6 +65,13 @@ class Setup : public QObject
 public:
     int warnings() const { return m_warnings; }
 
+    /// A table of cases that lies beside the tests.
+    Q_INVOKABLE static QVariant read(const QString &name)
+    {
+        const QString path = QStringLiteral(ORBILENS_SOURCE_DIR "/tests/resources/%1.json");
+        return QJsonDocument::fromJson(test::readFile(path.arg(name))).toVariant();
+    }
+
 public slots:
     void qmlEngineAvailable(QQmlEngine *engine)
     {
@@ -85,6 +94,7 @@ public slots:
         auto *stills = new StillRequests;
         engine->addImageProvider(QStringLiteral("still"), stills);
         context->setContextProperty(QStringLiteral("stillRequests"), stills);
+        context->setContextProperty(QStringLiteral("tables"), this);
         context->setContextProperty(QStringLiteral("screenshotFolder"), screenshots());
         for (const char *device : {"kHmdDevice", "kLeap", "kRealSense", "kSensor"})
             context->setContextProperty(QLatin1String(device), nullptr);

@@ -146,78 +146,12 @@ Item {
         name: "K_Menu"
         when: windowShown
 
-        readonly property string jump: "show 01:01"
-        // What the table asks for and what makes it checked: an object, its property, the value.
-        readonly property var rows: [
-            ["File/Open Media...", "Ctrl+O", "", ["popup PopupOpenFile.qml"]],
-            ["File/Preferences", "Ctrl+,", "", ["state Settings"]],
-            ["File/Quit", "Ctrl+Q", "", ["quit"]],
-            ["Playback/Pause", "Space", "media", ["play or pause"]],
-            ["Playback/Stop", "Ctrl+W", "media", ["stop"]],
-            ["Playback/Previous", "Alt+Left", "playlist", ["previous"]],
-            ["Playback/Next", "Alt+Right", "playlist", ["next"]],
-            ["Playback/Slow seek forward", "Ctrl+Right", "media", ["jump 1000", jump]],
-            ["Playback/Slow seek rewind", "Ctrl+Left", "media", ["jump -1000", jump]],
-            ["Playback/Fast seek forward", "Ctrl+Alt+Right", "media", ["jump 5000", jump]],
-            ["Playback/Fast seek rewind", "Ctrl+Alt+Left", "media", ["jump -5000", jump]],
-            ["Playback/Loop/No loop", "Ctrl+Shift+R", "", ["instance/general/loopMode 0"],
-             kGlobalObject, "loopMode", 0],
-            ["Playback/Loop/Loop all", "Ctrl+R", "", ["instance/general/loopMode 1"],
-             kGlobalObject, "loopMode", 1],
-            ["Playback/Loop/Loop file", "Ctrl+Alt+R", "", ["instance/general/loopMode 2"],
-             kGlobalObject, "loopMode", 2],
-            ["Audio/Increase volume", "Ctrl+Up", "", ["louder"]],
-            ["Audio/Decrease volume", "Ctrl+Down", "", ["softer"]],
-            ["Audio/Mute", "Ctrl+Alt+Down", "", ["mute"], fakeLoader, "volume", 0],
-            ["Audio/Synchronization...", "A", "vlc", ["popup PopupAudioSync.qml"]],
-            ["Input/Projection/Auto", "Alt+1", "", ["instance/input/projection 4"],
-             kGlobalObject, "projectionSourceSetting", 4],
-            ["Input/Projection/Equirectangular", "Alt+2", "", ["instance/input/projection 0"],
-             kGlobalObject, "projectionSourceSetting", 0],
-            ["Input/Projection/Cubemap", "Alt+3", "", ["instance/input/projection 2"],
-             kGlobalObject, "projectionSourceSetting", 2],
-            ["Input/Projection/Standard", "Alt+4", "", ["instance/input/projection 1"],
-             kGlobalObject, "projectionSourceSetting", 1],
-            ["Input/Stereoscopy...", "S", "", ["popup PopupStereoConfig.qml"]],
-            ["Output/Projection/Next projection", "P", "round", ["next projection"]],
-            ["Output/Projection/Orvex VR", "Ctrl+1", "round", ["instance/output/projection 0"],
-             kShaderCodeBuilder, "projection", 0],
-            ["Output/Projection/Rectilinear", "Ctrl+2", "round", ["instance/output/projection 1"],
-             kShaderCodeBuilder, "projection", 1],
-            ["Output/Projection/Little Planet", "Ctrl+3", "round", ["instance/output/projection 2"],
-             kShaderCodeBuilder, "projection", 2],
-            ["Output/Projection/Fisheye", "Ctrl+4", "round", ["instance/output/projection 3"],
-             kShaderCodeBuilder, "projection", 3],
-            ["Output/Display/Standard", "", "", ["instance/output/display standard"],
-             kGlobalObject, "outputDisplay", 0],
-            ["Output/Display/3D TV", "", "", ["instance/output/display 3d"],
-             kGlobalObject, "outputDisplay", 1],
-            ["Output/Display/Split screen", "", "", ["instance/output/display split"],
-             kGlobalObject, "outputDisplay", 2],
-            ["Camera/Reset camera orientation", "Z", "", ["reset"]],
-            ["Camera/Inverted axes", "", "", ["instance/general/touchMode true"],
-             kGlobalObject, "touchMode", true],
-            ["Camera/Move camera left", "Left", "arrows", ["yawInterpolate -0.785 300 true"]],
-            ["Camera/Move camera right", "Right", "arrows", ["yawInterpolate 0.785 300 true"]],
-            ["Camera/Move camera up", "Up", "arrows", ["pitchInterpolate -0.785 300 true"]],
-            ["Camera/Move camera down", "Down", "arrows", ["pitchInterpolate 0.785 300 true"]],
-            ["Camera/Zoom in", "+", "", ["zoom 1 3"]],
-            ["Camera/Zoom out", "-", "", ["zoom -1 3"]],
-            ["Camera/Switch stereo eye", "E", "stereo", ["switch eye"]],
-            ["Controllers/HMD", "O", "hmd", ["hmd"], fakeDevices, "headsetActivated", true],
-            ["Controllers/Leap Motion", "M", "leap", ["leap"], fakeDevices, "leapActivated", true],
-            ["Controllers/Gyroscope", "G", "gyro", ["gyro"], fakeDevices, "sensorActivated", true],
-            ["Controllers/Real Sense", "R", "realsense", ["realsense"],
-             fakeDevices, "realSenseActivated", true],
-            ["Window/Enter fullscreen", "F", "", ["full screen true"]],
-            ["Window/Print screen", "Ctrl+P", "media", ["print 1"]],
-            ["Window/Print screen HQ", "Ctrl+Alt+P", "media", ["print 2"]],
-            ["Window/Show debug informations", "H", "", ["debug true"], fakeDebugInfo, "visible", true],
-            ["Help/About", "", "", ["popup PopupAbout.qml"]],
-            ["Help/Software Log", "L", "", ["popup PopupSoftwareLog.qml"]],
-            ["Help/Check for Updates", "", "updates", ["check update"]],
-            ["Help/Online documentation", "", "documentation", null]
-        ]
+        // Place, key, the condition without which it cannot be used, what it asks for; and what makes
+        // it checked: an object, its property, the value.
+        readonly property var rows: tables.read("menu")
+        readonly property var objects: ({ kGlobalObject: kGlobalObject, fakeLoader: fakeLoader,
+            kShaderCodeBuilder: kShaderCodeBuilder, fakeDevices: fakeDevices,
+            fakeDebugInfo: fakeDebugInfo })
 
         function entries(items, path) {
             var all = []
@@ -261,11 +195,11 @@ Item {
                 if (row[4] === undefined)
                     continue
                 // Whatever a click made of the item's own mark, the state alone decides.
-                var before = row[4][row[5]]
-                compare(item.checked, before === row[6], row[0])
-                row[4][row[5]] = row[6]
+                var object = objects[row[4]]
+                compare(item.checked, object[row[5]] === row[6], row[0])
+                object[row[5]] = row[6]
                 compare(item.checked, true, row[0])
-                row[4][row[5]] = row[6] === true ? false : 77
+                object[row[5]] = row[6] === true ? false : 77
                 compare(item.checked, false, row[0])
                 root.taken()
             }

@@ -6,7 +6,7 @@
 #include "app/KQQuickView.h"
 #include "render/KTextureProvider.h"
 #include "settings/KSettings.h"
-#include "soak/Footprint.h"
+#include "support/Footprint.h"
 #include "support/Soon.h"
 #include "support/WarningGuard.h"
 
@@ -15,8 +15,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
 #include <QProcess>
 #include <QQuickItem>
 #include <QRandomGenerator>
@@ -74,11 +72,6 @@ protected:
         ASSERT_TRUE(folder.isValid());
         media = makeMedia(QDir(folder.path()));
         ASSERT_SOON(application->glContext() != nullptr);
-        surface.setFormat(application->glContext()->format());
-        surface.create();
-        context.setFormat(application->glContext()->format());
-        context.setShareContext(application->glContext());
-        ASSERT_TRUE(context.create());
     }
 
     int any(int count) { return int(random.bounded(count)); }
@@ -155,7 +148,7 @@ protected:
                     view->size() == kRestSize);
         // What is deleted later, and threads that end, need a moment.
         QTest::qWait(1500);
-        return test::takeFootprint(&context, &surface);
+        return test::takeFootprint(application->sharedGlContext());
     }
 
     Application *application = static_cast<Application *>(qApp);
@@ -163,8 +156,6 @@ protected:
     KGlobalObject *camera = nullptr;
     QTemporaryDir folder;
     QStringList media;
-    QOffscreenSurface surface;
-    QOpenGLContext context;
     QRandomGenerator random{1};
     // Panels are loaded in pieces while frames are drawn, and Qt's own controls ask for parts of
     // themselves before these have come.

@@ -108,17 +108,9 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
                                  "Content-Length: 0\r\nConnection: close\r\n\r\n";
     const QByteArray cut = "HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n2.3.2.400_2017-02-14\n";
     const QByteArray endless = ok("2.3.2.400_2017-02-14\n" + QByteArray(100 << 20, 'x'));
-    const struct
-    {
-        const char *name;
-        QString version;
-        Site site;
-        int requests;
-        const char *changeLogOf; // null: none was asked for
-        QString newVersion;      // empty: none
-        bool latest;
-        bool stamped;
-    } rows[] = {
+    // How many requests, whose change log was asked for (null: none), the new version (empty:
+    // none), and whether it was told to be the latest and the time was written.
+    const std::tuple<const char *, QString, Site, int, const char *, QString, bool, bool> rows[] = {
         {"equal", "2.3.1.400", {current, {}}, 1, nullptr, "", true, true},
         {"nonsense", "2.3.1.400", {nonsense, {}}, 1, nullptr, "", false, false},
         {"not found", "2.3.1.400", {gone, {}}, 1, nullptr, "", false, false},
@@ -133,18 +125,19 @@ TEST(UpdateManager, WhatEachAnswerAmountsTo)
         {"no change log", "2.3.1.400", {newer, {}, gone}, 2, "stable", "", false, true},
         {"endless change log", "2.3.1.400", {newer, {}, endless}, 2, "stable", "", false, true},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        Check check(row.site, row.version);
-        ASSERT_TRUE(check.asked(row.requests));
-        ASSERT_SOON(check.manager.newVersion().isEmpty() == row.newVersion.isEmpty());
-        EXPECT_EQ(check.manager.newVersion(), row.newVersion);
-        EXPECT_EQ(check.available.count(), row.newVersion.isEmpty() ? 0 : 1);
-        EXPECT_EQ(check.latest.count(), row.latest ? 1 : 0);
-        EXPECT_EQ(check.timeStampWritten(), row.stamped);
-        if (row.changeLogOf) {
-            EXPECT_TRUE(check.server.requests.last().line.startsWith(
-                QByteArray("GET /lnd/") + row.changeLogOf + "/changelog"));
+    for (const auto &[name, version, site, requests, changeLogOf, expected, latest, stamped] :
+         rows) {
+        SCOPED_TRACE(name);
+        Check check(site, version);
+        ASSERT_TRUE(check.asked(requests));
+        const QString &newVersion = expected;
+        ASSERT_SOON(check.manager.newVersion() == newVersion);
+        EXPECT_EQ(check.available.count(), newVersion.isEmpty() ? 0 : 1);
+        EXPECT_EQ(check.latest.count(), latest ? 1 : 0);
+        EXPECT_EQ(check.timeStampWritten(), stamped);
+        if (changeLogOf) {
+            EXPECT_TRUE(check.server.requests.last().line.startsWith(QByteArray("GET /lnd/") +
+                                                                     changeLogOf + "/changelog"));
         }
     }
 }

@@ -1,7 +1,7 @@
+#include "support/Footprint.h"
 #include "support/Soon.h"
-#include "video/PlayerWindow.h"
-
 #include "support/WarningGuard.h"
+#include "video/PlayerWindow.h"
 #include "video/VlcConfig.h"
 #include "video/VlcInstance.h"
 
@@ -17,6 +17,16 @@ using ::testing::ElementsAre;
 namespace {
 
 using State = KVlcPlayerQml::VlcState;
+
+test::Footprint heldByGl()
+{
+    return test::glObjects(QOpenGLContext::globalShareContext());
+}
+
+qint64 threadCount()
+{
+    return test::takeFootprint(QOpenGLContext::globalShareContext())["threads"];
+}
 
 TEST(Playback, RunsEachCodecFromOpeningToTheEnd)
 {
@@ -128,8 +138,8 @@ TEST(Playback, ChangesSourceFiftyTimesWithoutLeavingAnythingBehind)
     ASSERT_TRUE(window.openAndShow(test::clip("long.mp4")));
     window.player().stop();
     QTest::qWait(300);
-    const auto objects = test::liveGlObjects();
-    const int threads = test::threadCount();
+    const auto objects = heldByGl();
+    const qint64 threads = threadCount();
     const char *const clips[] = {"long.mp4", "other.mp4", "patches_full.mov"};
     for (int i = 0; i < 50; ++i) {
         ASSERT_TRUE(window.openAndShow(test::clip(clips[i % 3]))) << i;
@@ -138,14 +148,14 @@ TEST(Playback, ChangesSourceFiftyTimesWithoutLeavingAnythingBehind)
             window.player().openFile(test::clip("other.mp4"));
     }
     window.player().stop();
-    EXPECT_SOON(test::liveGlObjects() == objects);
-    EXPECT_SOON(test::threadCount() <= threads + 2);
+    EXPECT_SOON(heldByGl() == objects);
+    EXPECT_SOON(threadCount() <= threads + 2);
 }
 
 TEST(Playback, QuitsAtAnyMoment)
 {
     const test::WarningGuard quiet;
-    const auto objects = test::liveGlObjects();
+    const auto objects = heldByGl();
     for (int i = 0; i < 22; ++i) {
         // The last two are never drawn: the video thread waits for a surface that does not come.
         PlayerWindow window(i < 20 ? PlayerWindow::Shown::Yes : PlayerWindow::Shown::Never);
@@ -157,7 +167,7 @@ TEST(Playback, QuitsAtAnyMoment)
             QTest::qWait(300);
         }
     }
-    EXPECT_SOON(test::liveGlObjects() == objects);
+    EXPECT_SOON(heldByGl() == objects);
 }
 
 TEST(Playback, ReportsBadInputAndPlaysTheNextFile)

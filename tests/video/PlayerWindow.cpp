@@ -1,10 +1,7 @@
 #include "video/PlayerWindow.h"
 
-#include "support/GlContext.h"
-
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QProcess>
 #include <QQmlComponent>
 
@@ -19,27 +16,6 @@ QUrl clip(const char *name)
     if (!qstrncmp(name, "http", 4))
         return QUrl(QString::fromUtf8(name));
     return QUrl::fromLocalFile(folder + QLatin1Char('/') + QString::fromUtf8(name));
-}
-
-std::array<int, 4> liveGlObjects()
-{
-    GlContext gl;
-    std::array<int, 4> alive{};
-    constexpr GLuint kHighestName = 20000;
-    for (GLuint name = 1; name < kHighestName; ++name) {
-        alive[0] += gl->glIsTexture(name);
-        alive[1] += gl->glIsBuffer(name);
-        alive[2] += gl->glIsProgram(name);
-        alive[3] += gl->glIsShader(name);
-    }
-    return alive;
-}
-
-int threadCount()
-{
-    return QDir(QStringLiteral("/proc/self/task"))
-        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-        .size();
 }
 
 PlayerWindow::PlayerWindow(Shown shown)

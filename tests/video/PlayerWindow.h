@@ -13,12 +13,6 @@ namespace test {
 /// A clip of make-clips.sh, which runs at the first call; a web address stays one.
 QUrl clip(const char *name);
 
-/// Textures, buffers, programs and shaders alive in the share group of all windows.
-std::array<int, 4> liveGlObjects();
-
-/// Threads of this process.
-int threadCount();
-
 class PlayerWindow
 {
 public:

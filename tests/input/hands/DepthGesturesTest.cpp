@@ -174,27 +174,22 @@ TEST_P(DepthHand, TakesHoldOfTheFieldOfViewWhereTheTwoMeet)
 
 TEST_P(DepthHand, SeeksByAPinchThatGoesFarEnough)
 {
-    const struct
-    {
-        float progress;
-        double way, seconds;
-        float progression;
-        int seeks;
-    } rows[] = {{0.4F, 0.2, 1, 0.7F, 1},  {0.4F, -0.05, 1, 0.325F, 1}, {0.4F, -0.2, 1, 0.1F, 0},
-                {0.9F, 0.2, 1, 1, 0},     {0, 0.1, 1, 0.15F, 0},       {0.4F, 0.02, 0.05, 0.4F, 0},
-                {0.9F, -0.1, 1, 0.75F, 1}};
-    for (const auto &row : rows) {
+    const std::tuple<float, double, double, float, int> rows[] = {
+        {0.4F, 0.2, 1, 0.7F, 1},  {0.4F, -0.05, 1, 0.325F, 1}, {0.4F, -0.2, 1, 0.1F, 0},
+        {0.9F, 0.2, 1, 1, 0},     {0, 0.1, 1, 0.15F, 0},       {0.4F, 0.02, 0.05, 0.4F, 0},
+        {0.9F, -0.1, 1, 0.75F, 1}};
+    for (const auto &[progress, way, seconds, progression, seeks] : rows) {
         frame.position = {0.5, 0.5};
         play(0.5, kNothing);
         event("full_pinch", DepthGesture::Begins);
-        const auto drag = [&](double t) {
-            frame.position.setX(0.5 + row.way * std::min(1.0, t / row.seconds));
+        const auto drag = [&, far = way, time = seconds](double t) {
+            frame.position.setX(0.5 + far * std::min(1.0, t / time));
         };
-        EXPECT_TRUE(play(row.seconds > 0.5 ? 1.5 : row.seconds, drag, row.progress).seeking);
+        EXPECT_TRUE(play(seconds > 0.5 ? 1.5 : seconds, drag, progress).seeking);
         event("full_pinch", DepthGesture::Ends);
-        const Sum end = play(0.2, kNothing, row.progress);
-        EXPECT_EQ(end.seeks, row.seeks) << row.progress << ' ' << row.way;
-        EXPECT_NEAR(end.progression, row.progression, 0.05F);
+        const Sum end = play(0.2, kNothing, progress);
+        EXPECT_EQ(end.seeks, seeks) << progress << ' ' << way;
+        EXPECT_NEAR(end.progression, progression, 0.05F);
         EXPECT_FALSE(end.seeking);
     }
     event("full_pinch", DepthGesture::Begins);

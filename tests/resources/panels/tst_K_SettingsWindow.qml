@@ -71,39 +71,9 @@ Item {
         // --- Every row ----------------------------------------------------------------------------
 
         // Page, row, key ("." for a property of kVideoPlugin), preset; the values that its choices
-        // stand for, the ends of a number in a pair, or neither for a mark.
+        // stand for, the ends of a number, or neither for a mark.
         function test_row_data() {
-            var onOff = [true, false]
-            return [
-                ["general", "inputType", "input/projection", 0, [4, 0, 2, 1]],
-                ["general", "inputStereoscopy", "input/stereoscopy", 5, [5, 0, 2, 1, 4, 3]],
-                ["general", "outputProjection", "output/projection", 0, [0, 1, 2, 3]],
-                ["general", "outputDisplay", "output/display", "standard", ["standard", "3d", "split"]],
-                ["general", "touchMode", "general/touchMode", true, onOff],
-                ["general", "loopMode", "general/loopMode", 1, [0, 1, 2]],
-                ["general", "imageDisplayDuration", "playlist/imageDisplayDuration", 30, 10, 3600],
-                ["general", "imageDisplayDuration", "playlist/imageDisplayDurationNone", false],
-                ["general", "cameraInertia", "general/cameraInertia", 400, [400, 0]],
-                ["general", "cameraMoveSteps", "general/cameraMoveSteps", 90, 1, 180],
-                ["general", "enableAnalytics", "general/enableAnalytics", true],
-                ["video", "hardwareDecoding", ".vlcHwDecoding", false, onOff],
-                ["video", "shaderColorConversion", ".vlcShaderColorConversion", true, onOff],
-                ["audio", "audioDelay", ".vlcAudioDelay", 0, -3000, 3000],
-                ["masterSlave", "state", "communication/state", "off", ["off", "master", "slave"]],
-                ["masterSlave", "ip", "communication/ipMode", "localhost",
-                 ["broadcast", "localhost", "custom"]],
-                ["masterSlave", "port", "communication/port", 7755, 0, 999999],
-                ["masterSlave", "rate", "communication/rate", 20, 0, 1000],
-                ["masterSlave", "urlMode", "communication/urlMode", 0, [0, 1, 2, 3]],
-                ["masterSlave", "orientationMode", "communication/orientationMode", 0, [0, 1, 2]],
-                ["masterSlave", "format", "communication/format", 0, [0, 1]],
-                ["controllers", "hmdSdk", "hmd/sdk", "auto", ["auto", "oculus", "openvr"]],
-                ["controllers", "gazeUI", "hmd/gazeUI", false, [false, true]],
-                ["controllers", "feedbackScreen", "realsense/feedbackScreen", true, onOff],
-                ["controllers", "ghostHands", "leapmotion/ghostHands", true, onOff],
-                ["advanced", "forceopengl", "advanced/forceopengl", false, onOff],
-                ["advanced", "sharedmemory", "advanced/sharedmemory", false, onOff]
-            ].map(function(r) {
+            return tables.read("settings").map(function(r) {
                 return { category: r[0], tag: r[1], key: r[2], preset: r[3], to: r[5],
                          from: r[5] === undefined ? undefined : r[4],
                          values: r[5] === undefined ? r[4] : undefined,

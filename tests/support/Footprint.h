@@ -6,7 +6,6 @@
 #include <QString>
 
 class QOpenGLContext;
-class QSurface;
 
 namespace test {
 
@@ -16,8 +15,10 @@ namespace test {
 /// of the window.
 using Footprint = QMap<QString, qint64>;
 
-/// Of this process. The GL objects are those that @p context shares; it is made current on @p
-/// surface.
-Footprint takeFootprint(QOpenGLContext *context, QSurface *surface);
+/// GL objects of the share group of @p shared, which must be current on no other thread.
+Footprint glObjects(QOpenGLContext *shared);
+
+/// All that this process holds.
+Footprint takeFootprint(QOpenGLContext *shared);
 
 } // namespace test
