@@ -17,9 +17,8 @@ struct Opened
 };
 
 /// Keeps the reports of failures that are asked for out of the log.
-class Answers : public testing::Test
+struct Answers : testing::Test
 {
-protected:
     void SetUp() override { testing::internal::CaptureStderr(); }
     void TearDown() override { testing::internal::GetCapturedStderr(); }
 };
@@ -92,23 +91,14 @@ TEST_F(Answers, TheSphereIsToldByTheDescriptionElseByTheText)
         return described(sv3d(projection));
     };
     const Bytes terminated = Bytes("tool") + '\0';
-    const std::array<float, 3> none = {0, 0, 0};
+    const std::array<float, 3> none = {0, 0, 0}, right = {90}, rightUp = {90, -30, 0};
     const std::tuple<const char *, TrackParts, Status, quint32, quint32, std::array<float, 3>,
                      Bytes>
         rows[] = {
-            {"turned",
-             described(st3d2 + sv3d(prhd(90 << 16, 0, 0) + kEqui)),
-             0,
-             1,
-             1,
-             {90},
+            {"turned", described(st3d2 + sv3d(prhd(90 << 16, 0, 0) + kEqui)), 0, 1, 1, right,
              terminated},
             {"whole degrees toward zero",
-             sphere(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui),
-             0,
-             1,
-             0,
-             {90, -30, 0},
+             sphere(prhd(0x005A8000, quint32(-0x1E8000), 0xFFFF8000) + kEqui), 0, 1, 0, rightUp,
              terminated},
             {"top-bottom", described(sv3d(kCube) + fullAtom("st3d", u8(1))), 0, 256, 2, none,
              terminated},

@@ -30,9 +30,8 @@ QString run(const QString &program, const QString &arguments)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-class MediaFiles : public testing::Test
+struct MediaFiles : testing::Test
 {
-protected:
     void SetUp() override
     {
         for (const char *program : {"ffmpeg", "ffprobe"}) {

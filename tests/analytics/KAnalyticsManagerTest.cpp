@@ -51,9 +51,8 @@ QString sharedId()
     return QSettings("Vedra", QString()).value("platformDef").toString();
 }
 
-class KAnalyticsManagerTest : public ::testing::TestWithParam<KAnalyticsManager::Store>
+struct KAnalyticsManagerTest : ::testing::TestWithParam<KAnalyticsManager::Store>
 {
-protected:
     KAnalyticsManagerTest()
     {
         QDir(dataFolder()).removeRecursively();

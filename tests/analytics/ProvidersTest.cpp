@@ -40,9 +40,8 @@ std::unique_ptr<KAnalyticsRawEvent> raw(const QString &name)
 }
 
 /// Both providers over one store and one server, as in the program.
-class ProvidersTest : public ::testing::TestWithParam<bool>
+struct ProvidersTest : ::testing::TestWithParam<bool>
 {
-protected:
     ProvidersTest()
     {
         if (GetParam()) {

@@ -67,9 +67,8 @@ QImage grayPattern()
     return image;
 }
 
-class AutomaticView : public ::testing::Test
+struct AutomaticView : ::testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         auto *application = static_cast<Application *>(qApp);

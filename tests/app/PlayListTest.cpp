@@ -53,9 +53,8 @@ private:
     QObject m_player;
 };
 
-class PlayList : public ::testing::Test
+struct PlayList : ::testing::Test
 {
-protected:
     PlayList()
     {
         application->settings()->set("application/general/loopMode", KGlobalObject::LoopList);

@@ -33,9 +33,8 @@ int countOf(const QImage &image, QRgb colour)
     return count;
 }
 
-class Program : public ::testing::Test
+struct Program : ::testing::Test
 {
-protected:
     void SetUp() override { ASSERT_TRUE(desktop.valid()) << "no X server could be started"; }
 
     /// Starts the player and waits for its window.

@@ -32,9 +32,8 @@ namespace {
 constexpr float kMoveSpeed = 0.005F;
 const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
 
-class Scene : public ::testing::Test
+struct Scene : ::testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         auto *application = static_cast<Application *>(qApp);

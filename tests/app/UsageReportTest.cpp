@@ -58,9 +58,8 @@ struct ProgramRun
 
 const UsageReport::Start kStart{"vlc", true, "master", false, true};
 
-class UsageReportTest : public ::testing::Test
+struct UsageReportTest : ::testing::Test
 {
-protected:
     UsageReportTest() { QDir(dataFolder()).removeRecursively(); }
 };
 

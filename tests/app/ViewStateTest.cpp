@@ -19,9 +19,8 @@ namespace {
 using CameraMath::kPi;
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-class ViewState : public ::testing::Test
+struct ViewState : ::testing::Test
 {
-protected:
     ViewState()
     {
         application->settings()->set("application/output/projection", KShaderCodeBuilder::ORVEX);

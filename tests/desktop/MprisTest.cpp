@@ -56,9 +56,8 @@ PlayerStatus film()
     return status;
 }
 
-class Mpris : public ::testing::Test
+struct Mpris : ::testing::Test
 {
-protected:
     void SetUp() override
     {
         ASSERT_TRUE(panel.isConnected());

@@ -15,9 +15,8 @@
 namespace {
 
 /// A log in an empty folder, and all that it signals.
-class LogTest : public ::testing::Test
+struct LogTest : ::testing::Test
 {
-protected:
     LogTest()
     {
         const auto direct = Qt::DirectConnection;

@@ -53,9 +53,8 @@ public:
 };
 
 template <class Device>
-class HeadsetFixture : public ::testing::Test
+struct HeadsetFixture : ::testing::Test
 {
-protected:
     using B = KShaderCodeBuilder;
 
     HeadsetFixture()

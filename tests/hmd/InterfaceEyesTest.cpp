@@ -24,9 +24,8 @@ constexpr int kEyePixels = 600; // an eye sees 45 degrees to each side
 constexpr double kSlope = 4000 * 2 * 0.07919222016226815;
 const QColor kSurroundings(40, 90, 120);
 
-class InterfaceEyes : public ::testing::Test
+struct InterfaceEyes : ::testing::Test
 {
-protected:
     InterfaceEyes()
     {
         const QByteArray size = QByteArray::number(kEyePixels);

@@ -89,9 +89,8 @@ public:
     QUrl source;
 };
 
-class Interface : public ::testing::Test
+struct Interface : ::testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         auto *app = static_cast<Application *>(qApp);

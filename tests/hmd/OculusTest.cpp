@@ -28,9 +28,8 @@ public:
     std::atomic<float> fastest{0};
 };
 
-class Oculus : public test::HeadsetFixture<KOculus>
+struct Oculus : test::HeadsetFixture<KOculus>
 {
-protected:
     Oculus()
     {
         useRuntime("complete");

@@ -47,9 +47,8 @@ char nameOf(const QByteArray &answer)
     return "0bg0r00w"[high];
 }
 
-class HostFrames : public ::testing::Test
+struct HostFrames : ::testing::Test
 {
-protected:
     void SetUp() override { ASSERT_TRUE(desktop.valid()) << "no X server could be started"; }
 
     QByteArray quartersOnScreen(test::ProbedPlayer &player)

@@ -10,9 +10,8 @@ constexpr quint32 kHandle = 77;
 constexpr quint32 kPixels = 1024;
 constexpr std::size_t kBytes = 2048;
 
-class Reader : public ::testing::Test
+struct Reader : ::testing::Test
 {
-protected:
     Reader()
     {
         writer.create(4, kBytes);

@@ -11,9 +11,8 @@ namespace {
 constexpr int kPatienceMs = 60000;
 constexpr int kSize = 256 * 1024;
 
-class SharedBlock : public ::testing::Test
+struct SharedBlock : ::testing::Test
 {
-protected:
     SharedBlock() { timer.start(); }
     void open()
     {

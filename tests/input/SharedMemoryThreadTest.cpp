@@ -28,9 +28,8 @@ std::array<int, 3> expectedPixel(int x, int y, int kind, int seed)
                           YuvColours::Compressed);
 }
 
-class Thread : public ::testing::Test
+struct Thread : ::testing::Test
 {
-protected:
     Thread()
     {
         share.setCurrent(false);

@@ -9,9 +9,8 @@ using namespace theme;
 
 namespace {
 
-class ThemeBookTest : public ::testing::Test
+struct ThemeBookTest : ::testing::Test
 {
-protected:
     void write(const QString &name, const QByteArray &text)
     {
         test::writeFile(m_folder.filePath(name), text);

@@ -21,9 +21,8 @@ using test::ProbedPlayer;
 const QString kSample = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/panorama.jpg");
 const QString kFilm = QStringLiteral(ORBILENS_SOURCE_DIR "/samples/turning.mp4");
 
-class Room : public ::testing::Test
+struct Room : ::testing::Test
 {
-protected:
     void SetUp() override
     {
         ASSERT_TRUE(desktop.valid()) << "no X server could be started";

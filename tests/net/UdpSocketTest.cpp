@@ -59,9 +59,8 @@ public:
     int interfaceTextureId(InterfaceLayer) const override { return 0; }
 };
 
-class UdpSocket : public ::testing::Test
+struct UdpSocket : ::testing::Test
 {
-protected:
     UdpSocket()
     {
         application->setGlobalObject(std::make_unique<KGlobalObject>(application));

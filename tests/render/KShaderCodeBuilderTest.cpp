@@ -12,9 +12,8 @@ namespace {
 
 using B = KShaderCodeBuilder;
 
-class Builder : public ::testing::Test
+struct Builder : ::testing::Test
 {
-protected:
     Builder()
     {
         application->settings()->set("instance/output/projection", B::FISHEYE);

@@ -16,9 +16,8 @@ public:
     QSize textureSize() const override { return {12, 34}; }
 };
 
-class TextureProvider : public test::SceneFixture
+struct TextureProvider : test::SceneFixture
 {
-protected:
     ~TextureProvider() override { scene.reset(); }
 
     /// A scene like that of the still player: an image that only its effect source shows.

@@ -26,9 +26,8 @@ public:
     int layers[2] = {0, 0};
 };
 
-class View : public test::SceneFixture
+struct View : test::SceneFixture
 {
-protected:
     void showPattern()
     {
         show();

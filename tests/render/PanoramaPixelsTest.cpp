@@ -16,9 +16,8 @@ using B = KShaderCodeBuilder;
 using shader::ShaderKey;
 using test::uniformsFor;
 
-class PanoramaPixels : public ::testing::Test
+struct PanoramaPixels : ::testing::Test
 {
-protected:
     QImage draw(const QString &text, const PanoramaUniforms &uniforms, const QImage &picture)
     {
         m_texture = test::uploadTexture(picture, m_texture);

@@ -21,9 +21,8 @@
 
 namespace test {
 
-class SceneFixture : public ::testing::Test
+struct SceneFixture : ::testing::Test
 {
-protected:
     SceneFixture()
     {
         setting("instance/output/projection", KShaderCodeBuilder::RECTILINEAR);

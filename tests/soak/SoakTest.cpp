@@ -59,9 +59,8 @@ QStringList makeMedia(const QDir &folder)
     return media;
 }
 
-class Soak : public ::testing::Test
+struct Soak : ::testing::Test
 {
-protected:
     void SetUp() override
     {
         application->init();

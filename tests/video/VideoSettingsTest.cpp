@@ -14,9 +14,8 @@ using ::testing::ElementsAre;
 
 namespace {
 
-class VideoSettings : public ::testing::Test
+struct VideoSettings : ::testing::Test
 {
-protected:
     VideoSettings() { VlcConfig::publish(&m_config); }
     ~VideoSettings() override
     {

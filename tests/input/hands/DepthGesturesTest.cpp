@@ -39,9 +39,8 @@ private:
 const std::function<void(double)> kNothing = [](double) {};
 
 /// An open hand in the middle, 400 mm away, on whose calibration all else stands.
-class DepthHand : public ::testing::TestWithParam<double>
+struct DepthHand : ::testing::TestWithParam<double>
 {
-protected:
     struct Sum
     {
         float yaw = 0, pitch = 0;

@@ -30,9 +30,8 @@ namespace {
 
 const QVector3D kMiddle(0, 200, 0);
 
-class HandDevices : public ::testing::Test
+struct HandDevices : ::testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         QCoreApplication::addLibraryPath(QStringLiteral(ORBILENS_BINARY_DIR "/tests/standins"));

@@ -199,30 +199,7 @@ Item {
         // --- What shows when ----------------------------------------------------------------------
 
         function test_rowsShowUnderTheirCondition_data() {
-            return [
-                { tag: "standard", category: "general", keys: { "input/projection": 1 },
-                  hidden: ["outputProjection"], shown: ["inputType"] },
-                { tag: "off", category: "masterSlave", shown: ["state"],
-                  hidden: ["ip", "port", "rate", "urlMode", "orientationMode", "format"] },
-                { tag: "master", category: "masterSlave", keys: { "communication/state": "master" },
-                  shown: ["ip", "port", "rate", "format"], hidden: ["urlMode", "orientationMode"] },
-                { tag: "slave", category: "masterSlave", keys: { "communication/state": "slave" },
-                  shown: ["port", "urlMode", "orientationMode", "format"], hidden: ["ip", "rate"] },
-                { tag: "no device", category: "controllers", shown: ["noControllers"],
-                  hidden: ["hmdSdk", "gazeUI", "feedbackScreen", "ghostHands"] },
-                { tag: "no device, Windows", category: "controllers", platform: "Q_OS_WIN32",
-                  shown: ["noControllers", "hmdSdk"], hidden: ["gazeUI"] },
-                { tag: "32 bits", category: "video", platform: "Q_OS_WIN32",
-                  shown: ["backend", "shaderColorConversion"],
-                  hidden: ["hardwareDecoding", "instanceArguments", "mediaOptions"] },
-                { tag: "custom", category: "video", custom: true,
-                  shown: ["shaderColorConversion", "instanceArguments", "mediaOptions"],
-                  hidden: ["backend", "hardwareDecoding"] },
-                { tag: "other backend", category: "video", plugin: "qt", shown: ["backend"],
-                  hidden: ["hardwareDecoding", "shaderColorConversion"] },
-                { tag: "other backend's sound", category: "audio", plugin: "qt",
-                  shown: ["audioNote"], hidden: ["audioDelay"] }
-            ]
+            return tables.read("settings-conditions")
         }
         function test_rowsShowUnderTheirCondition(data) {
             kGlobalObject.platform = data.platform || "Q_OS_LINUX"
