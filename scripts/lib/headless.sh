@@ -26,7 +26,7 @@ quiet_environment() {
 
 start_display() {
   local size=${1:-3840x2160x24}
-  Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp "${@:2}" 3>"$headless_folder/display" 2>"$headless_folder/xvfb.log" &
+  Xvfb -displayfd 3 -noreset -screen 0 "$size" -nolisten tcp "${@:2}" 3>"$headless_folder/display" 2>"$headless_folder/xvfb.log" &
   headless_server=$!
   for _ in $(seq 100); do
     [ -s "$headless_folder/display" ] && break

@@ -22,7 +22,8 @@ Desktop::Desktop(const QSize &size)
                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                     QStringLiteral("0"),
                     QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height()),
-                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+                    QStringLiteral("-noreset")}); // else a first client's end takes others along
     QByteArray number;
     while (!number.contains('\n') && m_server.waitForReadyRead(kPatienceMs))
         number += m_server.readAllStandardOutput();
